@@ -1,0 +1,34 @@
+// Access to single elements of a caller's array: any byte address, any type behind it.
+#pragma once
+
+#include "frame/worker.h"
+
+namespace keps {
+
+template <class T>
+struct [[gnu::packed, gnu::may_alias]] AnyAddress {
+    T value;
+};
+
+template <class T>
+KEPS_INLINE T loadOne(const T *p) {
+    return reinterpret_cast<const AnyAddress<T> *>(p)->value;
+}
+
+template <class T>
+KEPS_INLINE void storeOne(T *p, T x) {
+    reinterpret_cast<AnyAddress<T> *>(p)->value = x;
+}
+
+// The same for a width other than the array's own.
+template <class T>
+KEPS_INLINE T loadAs(const void *p) {
+    return loadOne(static_cast<const T *>(p));
+}
+
+template <class T>
+KEPS_INLINE void storeAs(void *p, T x) {
+    storeOne(static_cast<T *>(p), x);
+}
+
+} // namespace keps
