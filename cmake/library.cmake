@@ -21,9 +21,6 @@ target_link_libraries(keps_units PRIVATE keps_flags)
 target_compile_definitions(keps_units PRIVATE
   KEPS_VERSION_MAJOR=${PROJECT_VERSION_MAJOR} KEPS_VERSION_MINOR=${PROJECT_VERSION_MINOR}
   KEPS_VERSION_UPDATE=${PROJECT_VERSION_PATCH})
-if(KEPS_SANITIZE)
-  target_compile_definitions(keps_units PRIVATE KEPS_SANITIZED)
-endif()
 
 # The table's head and the stubs stand first and in slot order, which the linker keeps.
 add_library(kepse9 SHARED ${KEPS_SHELL} ${KEPS_STUBS} $<TARGET_OBJECTS:keps_units>)
