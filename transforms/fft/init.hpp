@@ -64,7 +64,7 @@ struct Kind {
 
 template <class T>
 constexpr int orderLimit(Kind kind) {
-    return Traits<T>::maxOrder + kind.real;
+    return Traits<T>::largeOrder - 1 + kind.real; // the large path is not built yet
 }
 
 template <class T>

@@ -4,7 +4,7 @@
 #include "frame/blocks.hpp"
 #include "transforms/fft/plan.hpp"
 #include "transforms/fft/quarter_wave.hpp"
-#include "transforms/fft/stand_in.hpp"
+#include "arith/vmath/vmath.hpp"
 
 namespace keps::fft {
 

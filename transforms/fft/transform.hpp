@@ -6,6 +6,7 @@
 #include "transforms/fft/recombine.hpp"
 #include "transforms/fft/small_real.hpp"
 #include "transforms/fft/stages.hpp"
+#include "transforms/fft/stand_in.hpp"
 
 namespace keps::fft {
 
