@@ -1,0 +1,119 @@
+// The loop of every kernel. A kernel is a struct with
+//   using V;                                 its vector
+//   static constexpr int in, out;            how many arrays it reads and writes
+//   static void fast(x, y, outside);         vectors y from vectors x; the sign bits of outside
+//   mark
+//                                            lanes whose y does not hold
+//   static int rare(const T *x, T *y);       one such lane, by itself; its code
+// Marked lanes are passed to rare after their block. A tail goes through fast as a block whose
+// other lanes are zeros.
+#pragma once
+
+#include "arith/vmath/vmath.hpp"
+#include "frame/fpstate.hpp"
+#include "frame/simd/math256.hpp"
+
+namespace keps::vmath {
+
+// The vector control register as the kernels want it: all exceptions masked, to nearest, denormals
+// kept. On leaving, the caller's word comes back with the exceptions that the results have raised:
+// of the block code only inexactness counts, since it also runs on lanes that it does not settle.
+class Control {
+public:
+    Control() : found(_mm_getcsr()) {
+        if (found != own) kep_set_cw_ssx(own);
+    }
+    ~Control() {
+        const unsigned now = found | raised | (_mm_getcsr() & inexact);
+        if (now != own) kep_set_cw_ssx(now);
+    }
+    Control(const Control &) = delete;
+    Control &operator=(const Control &) = delete;
+
+    void beginRare() {
+        raised |= _mm_getcsr() & inexact;
+        kep_set_cw_ssx(own);
+    }
+    void endRare() {
+        raised |= _mm_getcsr() & exceptions;
+        kep_set_cw_ssx(own);
+    }
+
+private:
+    static constexpr unsigned own = 0x1F80, exceptions = 0x3F, inexact = 0x20;
+    unsigned found, raised = 0;
+};
+
+template <class K>
+using Element = typename K::V::element;
+
+// The marked lanes of a block; its inputs stand in x. Returns the last non-zero code, or code.
+template <class K>
+[[gnu::noinline, gnu::cold]] int settle(const Element<K> (*x)[K::V::lanes], Element<K> *const *y,
+                                        unsigned marked, int code, Control &control) {
+    control.beginRare();
+    for (; marked; marked &= marked - 1) {
+        const int lane = __builtin_ctz(marked);
+        Element<K> from[K::in], to[K::out];
+        for (int k = 0; k < K::in; ++k) from[k] = x[k][lane];
+        if (const int met = K::rare(from, to)) code = met;
+        for (int k = 0; k < K::out; ++k) storeOne(y[k] + lane, to[k]);
+    }
+    control.endRare();
+    return code;
+}
+
+template <class K>
+KEPS_INLINE int run(const Element<K> *const (&src)[K::in], Element<K> *const (&dst)[K::out],
+                    int32_t len) {
+    using V = typename K::V;
+    using T = Element<K>;
+    Control control;
+    int code = 0;
+    size i = 0;
+    for (; i + V::lanes <= len; i += V::lanes) {
+        V x[K::in], y[K::out], outside;
+        times<K::in>([&](int k) KEPS_INLINE_LAMBDA { x[k] = load<V>(src[k] + i); });
+        K::fast(x, y, outside);
+        times<K::out>([&](int k) KEPS_INLINE_LAMBDA { store(dst[k] + i, y[k]); });
+        if (const unsigned marked = signs(outside)) [[unlikely]] {
+            alignas(32) T held[K::in][V::lanes];
+            T *to[K::out];
+            times<K::in>([&](int k) KEPS_INLINE_LAMBDA { store(held[k], x[k]); });
+            times<K::out>([&](int k) KEPS_INLINE_LAMBDA { to[k] = dst[k] + i; });
+            code = settle<K>(held, to, marked, code, control);
+        }
+    }
+    if (const size rest = len - i) {
+        V x[K::in], y[K::out], outside;
+        times<K::in>([&](int k) KEPS_INLINE_LAMBDA { x[k] = loadPart<V>(src[k] + i, rest); });
+        K::fast(x, y, outside);
+        times<K::out>([&](int k) KEPS_INLINE_LAMBDA { storePart(dst[k] + i, y[k], rest); });
+        if (const unsigned marked = signs(outside) & ((1U << rest) - 1)) [[unlikely]] {
+            alignas(32) T held[K::in][V::lanes];
+            T *to[K::out];
+            times<K::in>([&](int k) KEPS_INLINE_LAMBDA { store(held[k], x[k]); });
+            times<K::out>([&](int k) KEPS_INLINE_LAMBDA { to[k] = dst[k] + i; });
+            code = settle<K>(held, to, marked, code, control);
+        }
+    }
+    return code;
+}
+
+template <class K>
+KEPS_INLINE int run(const Element<K> *src, Element<K> *dst, int32_t len) {
+    const Element<K> *const from[] = {src};
+    Element<K> *const to[] = {dst};
+    return run<K>(from, to, len);
+}
+
+// c[0] + c[1] u + c[2] u^2 ..., by Horner's rule.
+template <class V, class T, std::size_t n>
+KEPS_INLINE V polynomial(V u, const T (&c)[n]) {
+    V y = splat<V>(c[n - 1]);
+    times<static_cast<int>(n) - 1>(
+        [&](int k) KEPS_INLINE_LAMBDA { y = y * u + splat<V>(c[static_cast<int>(n) - 2 - k]); });
+    return y;
+}
+
+} // namespace keps::vmath
