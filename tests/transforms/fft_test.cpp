@@ -1,6 +1,7 @@
 // Fourier transforms against a long double reference on every path, flag, layout, placement and
 // alignment; sizes; statuses.
 #include <cmath>
+#include <cstdlib>
 
 #include "transforms/fft_kinds.hpp"
 
@@ -278,6 +279,76 @@ TEST(Fft, real_32f) {
 }
 TEST(Fft, real_64f) {
     checkRealOrders(r64f(), 0, 19);
+}
+
+// A transform that is too long for the reference, checked at random bins against those of its 256
+// interleaved parts, which are transforms of an order that the reference has checked; then back.
+template <class T>
+void checkLong(const ComplexKind<T> &kind, int order) {
+    SCOPED_TRACE(kind.name + " order " + std::to_string(order));
+    Random random(seed());
+    const std::size_t points = std::size_t{1} << order, parts = 256, shorter = points / parts;
+    PlanRoom whole(kind, order, kepFftScaleInverseByN), part(kind, order - 8, kepFftScaleNone);
+    auto x = randomReals<T>(2 * points, random);
+    std::vector<T> y(2 * points), p(2 * shorter);
+    Kep8u *work = whole.workAt({Spot::inside, 9});
+    const KepStatus status = kind.run[0]
+                                 ? kind.run[forward](x.data(), y.data(), whole.plan, work)
+                                 : kind.split[forward](x.data(), x.data() + points, y.data(),
+                                                       y.data() + points, whole.plan, work);
+    EXPECT_EQ(kepStatusOk, status);
+    const auto at = [&](const std::vector<T> &z, std::size_t n, std::size_t i) {
+        return kind.run[0] ? Wide(z[2 * i], z[2 * i + 1]) : Wide(z[i], z[n + i]);
+    };
+    std::vector<std::size_t> bins(64);
+    for (std::size_t &k : bins) k = random() % points;
+    std::vector<Wide> sums(bins.size());
+    const long double step = -2 * std::acos(-1.0L) / static_cast<long double>(points);
+    for (std::size_t r = 0; r < parts; ++r) {
+        for (std::size_t i = 0; i < shorter; ++i) {
+            const Wide z = at(x, points, i * parts + r);
+            p[kind.run[0] ? 2 * i : i] = static_cast<T>(z.real());
+            p[kind.run[0] ? 2 * i + 1 : shorter + i] = static_cast<T>(z.imag());
+        }
+        Kep8u *partWork = part.workAt({Spot::inside, 0});
+        if (kind.run[0])
+            kind.inPlace[forward](p.data(), part.plan, partWork);
+        else
+            kind.splitInPlace[forward](p.data(), p.data() + shorter, part.plan, partWork);
+        for (std::size_t b = 0; b < bins.size(); ++b)
+            sums[b] += at(p, shorter, bins[b] % shorter) *
+                       std::polar(1.0L, step * static_cast<long double>(bins[b] * r % points));
+    }
+    const long double size = std::sqrt(2.0L / 3 * static_cast<long double>(points));
+    for (std::size_t b = 0; b < bins.size(); ++b)
+        EXPECT_LT(std::abs(sums[b] - at(y, points, bins[b])), Bound<T>(order).most * size);
+    // In place, forward again and back.
+    auto z = x;
+    T *re = z.data(), *im = re + points;
+    work = whole.workAt({Spot::inside, 1});
+    kind.run[0] ? kind.inPlace[forward](re, whole.plan, work)
+                : kind.splitInPlace[forward](re, im, whole.plan, work);
+    EXPECT_TRUE(z == y) << "in place";
+    kind.run[0] ? kind.inPlace[inverse](re, whole.plan, work)
+                : kind.splitInPlace[inverse](re, im, whole.plan, work);
+    long double error = 0;
+    for (std::size_t i = 0; i < 2 * points; ++i)
+        error += (static_cast<long double>(z[i]) - x[i]) * (static_cast<long double>(z[i]) - x[i]);
+    EXPECT_LT(std::sqrt(error / (static_cast<long double>(points) * 2 / 3)),
+              1.5L * Bound<T>(order).rms);
+    EXPECT_TRUE(whole.unharmed());
+}
+
+// Blocks of 256 runs; with KEPS_LONG_FFT=1 also a level inside a level, which takes gigabytes.
+TEST(Fft, long_transforms) {
+    checkLong(c32fc(), 23);
+    checkLong(c64fc(), 22);
+    checkLong(c32f(), 23);
+    checkLong(c64f(), 22);
+    if (std::getenv("KEPS_LONG_FFT")) {
+        checkLong(c32fc(), 26);
+        checkLong(c64fc(), 26);
+    }
 }
 
 // The reference against sums formed term by term.
