@@ -21,9 +21,6 @@ target_link_libraries(keps_units PRIVATE keps_flags)
 target_compile_definitions(keps_units PRIVATE
   KEPS_VERSION_MAJOR=${PROJECT_VERSION_MAJOR} KEPS_VERSION_MINOR=${PROJECT_VERSION_MINOR}
   KEPS_VERSION_UPDATE=${PROJECT_VERSION_PATCH})
-if(KEPS_SANITIZE)
-  target_compile_definitions(keps_units PRIVATE KEPS_SANITIZED)
-endif()
 
 # The table's head and the stubs stand first and in slot order, which the linker keeps.
 add_library(kepse9 SHARED ${KEPS_SHELL} ${KEPS_STUBS} $<TARGET_OBJECTS:keps_units>)
@@ -31,8 +28,10 @@ target_include_directories(kepse9 PUBLIC
   $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
 target_link_libraries(kepse9 PUBLIC kepcore PRIVATE keps_flags ${OpenMP_CXX_FLAGS})
 # Linked as C and without start files: no C++ runtime, no constructors, the hooks of psmain alone.
-set_target_properties(kepse9 PROPERTIES LINKER_LANGUAGE C)
+set_target_properties(kepse9 PROPERTIES LINKER_LANGUAGE C
+                      LINK_DEPENDS ${PROJECT_SOURCE_DIR}/cmake/exports.map)
 target_link_options(kepse9 PRIVATE -nostartfiles -Wl,-init=kepsLoad -Wl,-fini=kepsUnload
+  -Wl,--version-script=${PROJECT_SOURCE_DIR}/cmake/exports.map
   -Wl,--build-id -Wl,-z,relro -Wl,-z,now -Wl,--no-as-needed,-lm,--as-needed)
 if(NOT KEPS_SANITIZE)
   target_link_options(kepse9 PRIVATE -Wl,-z,defs)

@@ -3,7 +3,7 @@
 
 #include "frame/worker.h"
 
-#if defined(KEPS_SANITIZED) && defined(__SANITIZE_ADDRESS__)
+#if defined(__SANITIZE_ADDRESS__)
 #include <sanitizer/asan_interface.h>
 #endif
 
@@ -30,8 +30,9 @@ public:
     template <class T>
     T *take(size count, std::uintptr_t alignment = 64) {
         const std::uintptr_t start = alignUp(used, alignment);
-        poison(used, start);
-        used = start + static_cast<std::uintptr_t>(count) * sizeof(T);
+        const std::uintptr_t end = start + static_cast<std::uintptr_t>(count) * sizeof(T);
+        poisonGap(used, start, end);
+        used = end;
         return base ? reinterpret_cast<T *>(base + start) : nullptr;
     }
 
@@ -39,10 +40,13 @@ public:
     size bytes() const { return static_cast<size>(used); }
 
 private:
-    // In address-sanitizer builds the gap between two sub-blocks may not be touched.
-    void poison([[maybe_unused]] std::uintptr_t from, [[maybe_unused]] std::uintptr_t to) const {
-#if defined(KEPS_SANITIZED) && defined(__SANITIZE_ADDRESS__)
-        if (base) __asan_poison_memory_region(base + from, to - from);
+    // In address-sanitizer builds the gap before a sub-block may not be touched.
+    void poisonGap([[maybe_unused]] std::uintptr_t gap, [[maybe_unused]] std::uintptr_t start,
+                   [[maybe_unused]] std::uintptr_t end) const {
+#if defined(__SANITIZE_ADDRESS__)
+        if (base == nullptr) return;
+        __asan_poison_memory_region(base + gap, start - gap);
+        __asan_unpoison_memory_region(base + start, end - start);
 #endif
     }
 

@@ -26,6 +26,7 @@ KEPS_INLINE void upTo255(std::uint8_t *p, __m256i pattern, size n) {
         whole(0);
         p += 32;
     }
+    if ((n & 31) == 0) return; // most lengths that programs use
     const __m128i half = _mm256_castsi256_si128(pattern);
     if (n & 16) {
         _mm_storeu_si128(reinterpret_cast<__m128i *>(p), half);

@@ -100,6 +100,12 @@ namespace {
 template <class T>
 KepStatus copyAll(const T *src, T *dst, int32_t len) {
     if (const KepStatus refused = refuse(len, src, dst)) return refused;
+    if (size{len} * size{sizeof(T)} <
+        256) { // the vector kernel's short path, without a further call
+        upTo255({reinterpret_cast<const std::uint8_t *>(src), reinterpret_cast<std::uint8_t *>(dst),
+                 size{len} * size{sizeof(T)}});
+        return kepStatusOk;
+    }
     constexpr size splitAbove = 0x7FFFFFFF / size{sizeof(T)};
     constexpr size chunk = 0x7FFFFFE0 / size{sizeof(T)};
     size left = len;

@@ -6,18 +6,23 @@ using namespace keps;
 
 namespace {
 
-KEPS_INLINE __m128i load16(const std::uint8_t *p) {
-    return _mm_loadu_si128(reinterpret_cast<const __m128i *>(p));
-}
-
-// 16 bytes joined from two loads of 8, or four of 4.
-KEPS_INLINE __m128i loadBy8(const std::uint8_t *p) {
-    return _mm_set_epi64x(loadAs<std::int64_t>(p + 8), loadAs<std::int64_t>(p));
-}
-KEPS_INLINE __m128i loadBy4(const std::uint8_t *p) {
-    return _mm_set_epi32(loadAs<std::int32_t>(p + 12), loadAs<std::int32_t>(p + 8),
-                         loadAs<std::int32_t>(p + 4), loadAs<std::int32_t>(p));
-}
+// 16 bytes by one load, or joined from two loads of 8 or four of 4.
+struct Load16 {
+    KEPS_INLINE __m128i operator()(const std::uint8_t *p) const {
+        return _mm_loadu_si128(reinterpret_cast<const __m128i *>(p));
+    }
+};
+struct LoadBy8 {
+    KEPS_INLINE __m128i operator()(const std::uint8_t *p) const {
+        return _mm_set_epi64x(loadAs<std::int64_t>(p + 8), loadAs<std::int64_t>(p));
+    }
+};
+struct LoadBy4 {
+    KEPS_INLINE __m128i operator()(const std::uint8_t *p) const {
+        return _mm_set_epi32(loadAs<std::int32_t>(p + 12), loadAs<std::int32_t>(p + 8),
+                             loadAs<std::int32_t>(p + 4), loadAs<std::int32_t>(p));
+    }
+};
 
 KEPS_INLINE void store16(std::uint8_t *p, __m128i x) {
     _mm_store_si128(reinterpret_cast<__m128i *>(p), x);
@@ -51,31 +56,31 @@ KEPS_INLINE void descend(const std::uint8_t *from, std::uint8_t *to, size n, Loa
 // walk(load), with the loads that suit the source's alignment once the destination is on 16 bytes.
 template <class Walk>
 KEPS_INLINE void byAlignment(const std::uint8_t *from, Walk walk) {
-    if (isAligned(from, 16)) return walk(load16);
-    if (isAligned(from, 4) && !isAligned(from, 8)) return walk(loadBy4);
-    walk(loadBy8);
+    if (isAligned(from, 16)) return walk(Load16{});
+    if (isAligned(from, 4) && !isAligned(from, 8)) return walk(LoadBy4{});
+    walk(LoadBy8{});
 }
 
 void upward(const std::uint8_t *from, std::uint8_t *to, size n) {
     if (n < 64) return ladderUp<32>(from, to, n);
-    if (isAligned(from, 16) && isAligned(to, 16)) return ascend<64>(from, to, n, load16);
+    if (isAligned(from, 16) && isAligned(to, 16)) return ascend<64>(from, to, n, Load16{});
     const size skip = toBoundary(to, 16);
     stepsUp<8>(from, to, skip);
     from += skip;
     to += skip;
     n -= skip;
-    byAlignment(from, [&](auto load) { ascend<32>(from, to, n, load); });
+    byAlignment(from, [&](auto load) KEPS_INLINE_LAMBDA { ascend<32>(from, to, n, load); });
 }
 
 void downward(const std::uint8_t *from, std::uint8_t *to, size n) {
     if (n < 64) return ladderDown<32>(from, to, n);
-    if (isAligned(from, 16) && isAligned(to, 16)) return descend<64>(from, to, n, load16);
+    if (isAligned(from, 16) && isAligned(to, 16)) return descend<64>(from, to, n, Load16{});
     const size skip = 15 & reinterpret_cast<std::intptr_t>(to);
     ladderDown<8>(from, to, skip);
     from -= skip;
     to -= skip;
     n -= skip;
-    byAlignment(from, [&](auto load) { descend<32>(from, to, n, load); });
+    byAlignment(from, [&](auto load) KEPS_INLINE_LAMBDA { descend<32>(from, to, n, load); });
 }
 
 } // namespace

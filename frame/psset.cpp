@@ -109,6 +109,14 @@ KepStatus setAll(T val, T *dst, int32_t len) {
     const auto bits = __builtin_bit_cast(Bits, val);
     auto *to = reinterpret_cast<Bits *>(dst);
     [[maybe_unused]] const bool small = byteCount<T>(len) <= fill::streamingFrom;
+    if constexpr (sizeof(T) <= 4) {
+        // The vector kernel's short path, without a further call.
+        if (byteCount<T>(len) < 256 && isAligned(dst, sizeof(T))) {
+            fill::upTo255(reinterpret_cast<std::uint8_t *>(dst), fill::patternOf(bits),
+                          byteCount<T>(len));
+            return kepStatusOk;
+        }
+    }
     if constexpr (sizeof(T) == 1) small ? ownsSet_8u_E9(bits, to, len) : ownsSet_8u(bits, to, len);
     if constexpr (sizeof(T) == 2)
         small ? ownsSet_16u_E9(bits, to, len) : ownsSet_16u(bits, to, len);

@@ -24,6 +24,10 @@ KepStatus zeroAll(T *dst, int32_t len) {
     if (const KepStatus refused = refuse(len, dst)) return refused;
     constexpr size vectorUpTo = sizeof(T) == 1 ? 32768 : 0x200000;
     const size bytes = byteCount<T>(len);
+    if (bytes < 256) { // the vector kernel's short path, without a further call
+        fill::upTo255(reinterpret_cast<std::uint8_t *>(dst), _mm256_setzero_si256(), bytes);
+        return kepStatusOk;
+    }
     bytes <= vectorUpTo ? ownsZero_8u_E9(dst, bytes) : ownsZero_8u(dst, bytes);
     return kepStatusOk;
 }

@@ -64,7 +64,7 @@ typedef int32_t KepStatus;
     KEP_STATUS(-228, kepStatusBadAlgorithm, "The algorithm selector is not one of its values.")    \
     KEP_STATUS(-234, kepStatusIIRIIRLengthError, "The length is below three times the order.")
 
-/** The status codes; each one's sentence stands in #KEP_STATUS_LIST. */
+/** The status codes. */
 enum {
 #define KEP_STATUS_CONSTANT(number, name, sentence) name = (number),
     KEP_STATUS_LIST(KEP_STATUS_CONSTANT)

@@ -80,7 +80,7 @@ KEPS_INLINE f64x2 operator+(f64x2 a, f64x2 b) { return {_mm_add_pd(a.v, b.v)}; }
 KEPS_INLINE f64x2 operator-(f64x2 a, f64x2 b) { return {_mm_sub_pd(a.v, b.v)}; }
 KEPS_INLINE f64x2 operator*(f64x2 a, f64x2 b) { return {_mm_mul_pd(a.v, b.v)}; }
 
-// min, max: the second operand where either is NaN.
+// min, max: the second operand where either is NaN, so min(limit, x) lets x's NaN pass.
 KEPS_INLINE f32x8 min(f32x8 a, f32x8 b) { return {_mm256_min_ps(a.v, b.v)}; }
 KEPS_INLINE f32x8 max(f32x8 a, f32x8 b) { return {_mm256_max_ps(a.v, b.v)}; }
 
@@ -147,7 +147,7 @@ KEPS_INLINE void storePart(float *p, f32x8 x, size n) {
         p += 4;
     }
     if (n & 2) {
-        _mm_storel_pd(reinterpret_cast<double *>(p), _mm_castps_pd(rest));
+        storeAs(p, _mm_cvtsd_f64(_mm_castps_pd(rest)));
         rest = _mm_movehl_ps(rest, rest);
         p += 2;
     }
@@ -160,17 +160,38 @@ KEPS_INLINE void storePart(double *p, f64x4 x, size n) {
         rest = _mm256_extractf128_pd(x.v, 1);
         p += 2;
     }
-    if (n & 1) _mm_storel_pd(p, rest);
+    if (n & 1) storeOne(p, _mm_cvtsd_f64(rest));
+}
+
+// Keeps the compiler from reading x anew from memory at each of its uses, where loads are scarce.
+KEPS_INLINE f32x8 inRegister(f32x8 x) {
+    __asm__("" : "+x"(x.v));
+    return x;
+}
+KEPS_INLINE f64x4 inRegister(f64x4 x) {
+    __asm__("" : "+x"(x.v));
+    return x;
+}
+
+// To the nearest integral value, ties to even, whatever the control register says.
+KEPS_INLINE f32x8 roundToNearest(f32x8 x) {
+    return {_mm256_round_ps(x.v, _MM_FROUND_TO_NEAREST_INT | _MM_FROUND_NO_EXC)};
+}
+KEPS_INLINE f64x4 roundToNearest(f64x4 x) {
+    return {_mm256_round_pd(x.v, _MM_FROUND_TO_NEAREST_INT | _MM_FROUND_NO_EXC)};
 }
 
 // Complex product of pairs (real, imaginary), in the library's one order of arithmetic:
 // t1 = re(b) * a, t2 = im(b) * swapped(a), real part t1 - t2, imaginary part t1 + t2. 6 uops.
+// The doublings of b are left to memory operands: some processors make them while loading.
 KEPS_INLINE f32x8 complexMul(f32x8 a, f32x8 b) {
+    a = inRegister(a);
     const __m256 t1 = _mm256_mul_ps(_mm256_moveldup_ps(b.v), a.v);
     const __m256 t2 = _mm256_mul_ps(_mm256_movehdup_ps(b.v), _mm256_permute_ps(a.v, 0xB1));
     return {_mm256_addsub_ps(t1, t2)};
 }
 KEPS_INLINE f64x4 complexMul(f64x4 a, f64x4 b) {
+    a = inRegister(a);
     const __m256d t1 = _mm256_mul_pd(_mm256_movedup_pd(b.v), a.v);
     const __m256d t2 = _mm256_mul_pd(_mm256_permute_pd(b.v, 0xF), _mm256_permute_pd(a.v, 0x5));
     return {_mm256_addsub_pd(t1, t2)};

@@ -30,6 +30,8 @@ KEPS_INLINE void ladderUp(const std::uint8_t *from, std::uint8_t *to, size n) {
         from += Widest;
         to += Widest;
     }
+    if constexpr (Widest == 32)
+        if ((n & 31) == 0) return; // most lengths that programs use
     if constexpr (Widest > 1) ladderUp<Widest / 2>(from, to, n);
 }
 

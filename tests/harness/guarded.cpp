@@ -59,11 +59,13 @@ std::uint8_t *Room::place(std::size_t bytes, Spot spot) {
 }
 
 bool Room::intact() const {
-    for (const std::uint8_t *p = begin; p < begin + held; ++p) {
-        if (p == array) p += arrayBytes;
-        if (p < begin + held && *p != canary) return false;
-    }
-    return true;
+    // A run of bytes is all canary when its first is and each equals the next.
+    const auto allCanary = [](const std::uint8_t *from, const std::uint8_t *to) {
+        return from == to ||
+               (*from == canary &&
+                std::memcmp(from, from + 1, static_cast<std::size_t>(to - from) - 1) == 0);
+    };
+    return allCanary(begin, array) && allCanary(array + arrayBytes, begin + held);
 }
 
 void guardedCall(void (*f)(void *), void *context) {
