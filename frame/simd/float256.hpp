@@ -137,7 +137,7 @@ KEPS_INLINE void storePart(float *p, f32x8 x, size n) {
         p += 4;
     }
     if (n & 2) {
-        _mm_storel_pd(reinterpret_cast<double *>(p), _mm_castps_pd(rest));
+        storeAs(p, _mm_cvtsd_f64(_mm_castps_pd(rest)));
         rest = _mm_movehl_ps(rest, rest);
         p += 2;
     }
@@ -150,7 +150,7 @@ KEPS_INLINE void storePart(double *p, f64x4 x, size n) {
         rest = _mm256_extractf128_pd(x.v, 1);
         p += 2;
     }
-    if (n & 1) _mm_storel_pd(p, rest);
+    if (n & 1) storeOne(p, _mm_cvtsd_f64(rest));
 }
 
 // Keeps the compiler from reading x anew from memory at each of its uses, where loads are scarce.

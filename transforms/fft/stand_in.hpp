@@ -1,9 +1,5 @@
 #pragma once
 #include "frame/simd/float256.hpp"
-inline KepStatus kepsMulC_32f_I(float v, float *d, int32_t n) {
-    for (int i = 0; i < n; i += 8) keps::store(d + i, keps::load<keps::f32x8>(d + i) * keps::splat<keps::f32x8>(v));
-    return 0;
-}
 inline KepStatus kepsMulC_64f_I(double v, double *d, int32_t n) {
     for (int i = 0; i < n; i += 4) keps::store(d + i, keps::load<keps::f64x4>(d + i) * keps::splat<keps::f64x4>(v));
     return 0;
