@@ -3,7 +3,7 @@
 // oldest sample to the newest, each added in turn, so all ways through this file agree bit for bit.
 #pragma once
 
-#include "frame/simd/float256.hpp"
+#include "frame/simd/complex.hpp"
 
 namespace keps::fir {
 
@@ -29,7 +29,7 @@ struct ComplexTap32 {
     V re, im; // re, re ... and -im, im ...
 
     KEPS_INLINE static ComplexTap32 at(const E *p) { return {loadTwice(p), loadTwice(p + 4)}; }
-    KEPS_INLINE V operator*(V x) const { return re * x + im * swapPairs(x); }
+    KEPS_INLINE V operator*(V x) const { return re * x + im * swapParts(x); }
 };
 struct ComplexTap64 {
     using V = f64x4;
@@ -40,57 +40,13 @@ struct ComplexTap64 {
     KEPS_INLINE static ComplexTap64 at(const E *p) {
         return {loadAligned<V>(p), loadAligned<V>(p + 4)};
     }
-    KEPS_INLINE V operator*(V x) const { return re * x - im * swapPairs(x); }
+    KEPS_INLINE V operator*(V x) const { return re * x - im * swapParts(x); }
 };
 
-// The samples that Taps taps need for one vector of outputs: vector k begins k samples on.
-template <class Tap, int Taps>
-struct Window {
-    using V = typename Tap::V;
-    V at[Taps];
-
-    KEPS_INLINE void begin(const typename Tap::E *) {}
-    KEPS_INLINE void move(const typename Tap::E *x) {
-        times<Taps>([&](int k) KEPS_INLINE_LAMBDA { at[k] = load<V>(x + k * Tap::sample); });
-    }
-};
-
-// Loads off a cache line's raster take two turns of a load unit every other time, and the load
-// units are the bottleneck: the vectors 2 and 6 samples on come from their neighbours by one
-// shuffle each. Reads one sample beyond the last that it needs.
-template <>
-struct Window<RealTap<f32x8>, 8> {
-    f32x8 at[9];
-
-    KEPS_INLINE void begin(const float *x) { at[8] = load<f32x8>(x); }
-    KEPS_INLINE void move(const float *x) {
-        at[0] = at[8];
-        at[8] = load<f32x8>(x + 8);
-        at[4] = load<f32x8>(x + 4);
-        at[1] = load<f32x8>(x + 1);
-        at[2] = middle(at[0], at[4]);
-        at[3] = load<f32x8>(x + 3);
-        at[5] = load<f32x8>(x + 5);
-        at[6] = middle(at[4], at[8]);
-        at[7] = load<f32x8>(x + 7);
-    }
-};
-
-// Four outputs on, the upper half of the window becomes the lower.
-template <int Taps>
-requires(Taps > 4) struct Window<RealTap<f64x4>, Taps> {
-    f64x4 at[Taps];
-
-    KEPS_INLINE void begin(const double *x) {
-        times<Taps - 4>([&](int k) KEPS_INLINE_LAMBDA { at[k + 4] = load<f64x4>(x + k); });
-    }
-    KEPS_INLINE void move(const double *x) {
-        times<Taps - 4>([&](int k) KEPS_INLINE_LAMBDA { at[k] = at[k + 4]; });
-        times<4>([&](int k)
-                     KEPS_INLINE_LAMBDA { at[Taps - 4 + k] = load<f64x4>(x + Taps - 4 + k); });
-    }
-};
-
+// Vectors of samples mostly straddle cache lines, which costs a load unit twice, and so the load
+// units set the pace; vectors shuffled from their neighbours cost the adders and multipliers as
+// much.
+//
 // Adds the products of Taps taps, the oldest at record, to n elements of y, a multiple of the
 // lanes; the first pass stores them.
 template <class Tap, int Taps, bool isFirst>
@@ -99,14 +55,12 @@ KEPS_INLINE void pass(const typename Tap::E *record, const typename Tap::E *x, t
     using V = typename Tap::V;
     Tap tap[Taps];
     times<Taps>([&](int k) KEPS_INLINE_LAMBDA { tap[k] = Tap::at(record - k * Tap::record); });
-    Window<Tap, Taps> window;
-    window.begin(x);
     for (size i = 0; i < n; i += V::lanes) {
-        window.move(x + i);
-        V sum = tap[0] * window.at[0];
+        V sum = tap[0] * load<V>(x + i);
         if constexpr (!isFirst) sum = load<V>(y + i) + sum;
-        times<Taps - 1>([&](int k)
-                            KEPS_INLINE_LAMBDA { sum = sum + tap[k + 1] * window.at[k + 1]; });
+        times<Taps - 1>([&](int k) KEPS_INLINE_LAMBDA {
+            sum = sum + tap[k + 1] * load<V>(x + i + (k + 1) * Tap::sample);
+        });
         store(y + i, sum);
     }
 }
@@ -134,7 +88,7 @@ KEPS_INLINE typename Tap::V wholeSum(const typename Tap::E *table, const typenam
 }
 
 // count outputs at y from the samples at x on. Passes of a few taps over pieces of y that stay in
-// the first cache; the last vector, which may overlap the one before, takes all taps at once.
+// the first cache; a last vector that overlaps the one before takes all taps at once.
 template <class Tap>
 KEPS_INLINE void vertical(const typename Tap::E *table, const typename Tap::E *x,
                           typename Tap::E *y, size count, size tapsLen) {
@@ -146,7 +100,7 @@ KEPS_INLINE void vertical(const typename Tap::E *table, const typename Tap::E *x
         storePart(y, wholeSum<Tap>(table, x, tapsLen, partly), n);
         return;
     }
-    const size last = n - V::lanes, body = (n - 1) / V::lanes * V::lanes;
+    const size last = n - V::lanes, body = n / V::lanes * V::lanes;
     const size firstTaps = (tapsLen - 1) % Tap::perPass + 1;
     for (size i = 0; i < body; i += tile) {
         const size piece = body - i < tile ? body - i : tile;
@@ -156,6 +110,7 @@ KEPS_INLINE void vertical(const typename Tap::E *table, const typename Tap::E *x
             pass<Tap, Tap::perPass, false>(record - done * Tap::record, from + done * Tap::sample,
                                            y + i, piece);
     }
+    if (body == n) return;
     const auto whole = [](const auto *p) KEPS_INLINE_LAMBDA { return load<V>(p); };
     store(y + last, wholeSum<Tap>(table, x + last, tapsLen, whole));
 }
