@@ -128,10 +128,8 @@ template <class V>
 KEPS_INLINE void storeInterleaved(typename V::element *p, planar<V> z) {
     constexpr int half = V::lanes / 2;
     const V a = unpackLower(z.re, z.im), b = unpackUpper(z.re, z.im);
-    store(p, lower(a));
-    store(p + half, lower(b));
-    store(p + 2 * half, upper(a));
-    store(p + 3 * half, upper(b));
+    store(p, lowerHalves(a, b));
+    store(p + 2 * half, upperHalves(a, b));
 }
 // Lanes in the order of columnOfLane; back: what loadInterleavedBack reads.
 KEPS_INLINE void storeInColumns(float *p, planar<f32x8> z) {
@@ -158,33 +156,23 @@ KEPS_INLINE void storeInColumnsBack(double *p, planar<f64x4> z) {
     store(p + 6, lower(a));
 }
 
-// A square of V::lanes rows that lie stride elements apart, transposed: calls put(i, column i).
-// 16 shuffles and 8 joins for eight lanes, 4 and 4 for four.
-template <class Put>
-KEPS_INLINE void transposed(const float *rows, size stride, const Put &put) {
-    times<2>([&](int h) KEPS_INLINE_LAMBDA {
-        const auto both = [&](int i) KEPS_INLINE_LAMBDA {
-            const float *p = rows + i * stride + 4 * h;
-            return loadHalves<f32x8>(p, p + 4 * stride).v;
-        };
-        const __m256 a = both(0), b = both(1), c = both(2), d = both(3);
-        const __m256 ab = _mm256_unpacklo_ps(a, b), cd = _mm256_unpacklo_ps(c, d);
-        const __m256 ef = _mm256_unpackhi_ps(a, b), gh = _mm256_unpackhi_ps(c, d);
-        put(4 * h, f32x8{_mm256_shuffle_ps(ab, cd, 0x44)});
-        put(4 * h + 1, f32x8{_mm256_shuffle_ps(ab, cd, 0xEE)});
-        put(4 * h + 2, f32x8{_mm256_shuffle_ps(ef, gh, 0x44)});
-        put(4 * h + 3, f32x8{_mm256_shuffle_ps(ef, gh, 0xEE)});
-    });
+// Four vectors as 4 by 4 squares, transposed: of 32f one square in each half, 8 shuffles; of 64f
+// the whole, 8 shuffles.
+KEPS_INLINE void transposeHalves(f32x8 &a, f32x8 &b, f32x8 &c, f32x8 &d) {
+    const __m256 ab = _mm256_unpacklo_ps(a.v, b.v), cd = _mm256_unpacklo_ps(c.v, d.v);
+    const __m256 ef = _mm256_unpackhi_ps(a.v, b.v), gh = _mm256_unpackhi_ps(c.v, d.v);
+    a.v = _mm256_shuffle_ps(ab, cd, 0x44);
+    b.v = _mm256_shuffle_ps(ab, cd, 0xEE);
+    c.v = _mm256_shuffle_ps(ef, gh, 0x44);
+    d.v = _mm256_shuffle_ps(ef, gh, 0xEE);
 }
-template <class Put>
-KEPS_INLINE void transposed(const double *rows, size stride, const Put &put) {
-    times<2>([&](int h) KEPS_INLINE_LAMBDA {
-        const double *p = rows + 2 * h, *q = rows + stride + 2 * h;
-        const __m256d a = loadHalves<f64x4>(p, p + 2 * stride).v;
-        const __m256d b = loadHalves<f64x4>(q, q + 2 * stride).v;
-        put(2 * h, f64x4{_mm256_unpacklo_pd(a, b)});
-        put(2 * h + 1, f64x4{_mm256_unpackhi_pd(a, b)});
-    });
+KEPS_INLINE void transposeSquare(f64x4 &a, f64x4 &b, f64x4 &c, f64x4 &d) {
+    const f64x4 ab = unpackLower(a, b), cd = unpackLower(c, d);
+    const f64x4 ef = unpackUpper(a, b), gh = unpackUpper(c, d);
+    a = lowerHalves(ab, cd);
+    b = lowerHalves(ef, gh);
+    c = upperHalves(ab, cd);
+    d = upperHalves(ef, gh);
 }
 
 // Squares of interleaved complex values, in place: 4 by 4 (8 shuffles), 2 by 2 (2 shuffles).

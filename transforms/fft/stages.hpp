@@ -23,48 +23,55 @@ constexpr int firstRunBits(const StagePlan &plan) {
 template <int Run, class In, class Data>
 KEPS_INLINE void firstTile(In in, size rowStride, Data out, size laneStride,
                            const typename In::T *twiddles) {
-    using T = typename In::T;
     using V = typename In::V;
-    constexpr int lanes = V::lanes;
-    alignas(64) T rows[Run][2][lanes];
-    const auto put = [&](int row, planar<V> z) KEPS_INLINE_LAMBDA {
-        storeAligned(rows[row][0], z.re);
-        storeAligned(rows[row][1], z.im);
+    const auto place = [&](int lane) KEPS_INLINE_LAMBDA {
+        constexpr int bits = V::lanes == 8 ? 3 : 2;
+        return size{bitReversed(static_cast<std::uint32_t>(In::column(lane)), bits)} * laneStride;
     };
-    if constexpr (Run == 16) {
-        planar<V> z[16];
+    if constexpr (V::lanes == 8) {
+        // Each radix-4 result is transposed within its half vectors: turned[r][c] holds the run of
+        // column c in the lower, of column c + 4 in the upper half.
+        static_assert(Run == 16);
+        alignas(64) typename V::element turned[4][4][2][8];
         times<4>([&](int r) KEPS_INLINE_LAMBDA {
-            planar<V> *a = z + 4 * r;
-            times<4>([&](int j) KEPS_INLINE_LAMBDA { a[j] = in.load((r + 4 * j) * rowStride); });
-            butterfly<4>(a);
+            planar<V> z[4];
+            butterfly<4, V>(
+                [&](int j) KEPS_INLINE_LAMBDA { return in.load((r + 4 * j) * rowStride); },
+                [&](int k, planar<V> x) KEPS_INLINE_LAMBDA { z[k] = x; });
+            transposeHalves(z[0].re, z[1].re, z[2].re, z[3].re);
+            times<4>([&](int c) KEPS_INLINE_LAMBDA { storeAligned(turned[r][c][0], z[c].re); });
+            transposeHalves(z[0].im, z[1].im, z[2].im, z[3].im);
+            times<4>([&](int c) KEPS_INLINE_LAMBDA { storeAligned(turned[r][c][1], z[c].im); });
         });
-        times<4>([&](int k) KEPS_INLINE_LAMBDA {
-            planar<V> a[4] = {z[k], z[4 + k], z[8 + k], z[12 + k]};
-            if (k > 0) {
-                times<3>([&](int j) KEPS_INLINE_LAMBDA {
-                    const T *w = twiddles + 2 * lanes * j + k;
-                    a[j + 1] = a[j + 1] * planar<V>{splat<V>(w[0]), splat<V>(w[lanes])};
-                });
-            }
-            butterfly<4>(a);
-            times<4>([&](int q) KEPS_INLINE_LAMBDA { put(k + 4 * q, a[q]); });
-        });
-    } else {
-        planar<V> a[Run];
-        times<Run>([&](int j) KEPS_INLINE_LAMBDA { a[j] = in.load(j * rowStride); });
-        butterfly<Run>(a);
-        times<Run>([&](int q) KEPS_INLINE_LAMBDA { put(q, a[q]); });
-    }
-    times<Run / lanes>([&](int group) KEPS_INLINE_LAMBDA {
-        times<2>([&](int part) KEPS_INLINE_LAMBDA {
-            transposed(rows[lanes * group][part], 2 * lanes, [&](int lane, V x) KEPS_INLINE_LAMBDA {
-                constexpr int bits = lanes == 8 ? 3 : 2;
-                const auto c = static_cast<std::uint32_t>(In::column(lane));
-                const size run = size{bitReversed(c, bits)} * laneStride;
-                store(out.part(part, run + lanes * group), x);
+        times<4>([&](int c) KEPS_INLINE_LAMBDA {
+            planar<V> z[4];
+            butterfly<4, V>(
+                [&](int j) KEPS_INLINE_LAMBDA {
+                    const planar<V> x = loadPlanar<V>(turned[j][c][0]);
+                    return j == 0 ? x : x * loadPlanar<V>(twiddles + 16 * (j - 1));
+                },
+                [&](int q, planar<V> x) KEPS_INLINE_LAMBDA { z[q] = x; });
+            times<2>([&](int group) KEPS_INLINE_LAMBDA {
+                const planar<V> a = z[2 * group], b = z[2 * group + 1];
+                out.store(place(c) + 8 * group,
+                          planar<V>{lowerHalves(a.re, b.re), lowerHalves(a.im, b.im)});
+                out.store(place(c + 4) + 8 * group,
+                          planar<V>{upperHalves(a.re, b.re), upperHalves(a.im, b.im)});
             });
         });
-    });
+    } else {
+        planar<V> z[Run];
+        butterfly<Run, V>([&](int j) KEPS_INLINE_LAMBDA { return in.load(j * rowStride); },
+                          [&](int k, planar<V> x) KEPS_INLINE_LAMBDA { z[k] = x; });
+        times<Run / 4>([&](int group) KEPS_INLINE_LAMBDA {
+            planar<V> *rows = z + 4 * group;
+            transposeSquare(rows[0].re, rows[1].re, rows[2].re, rows[3].re);
+            transposeSquare(rows[0].im, rows[1].im, rows[2].im, rows[3].im);
+            times<4>([&](int lane) KEPS_INLINE_LAMBDA {
+                out.store(place(lane) + 4 * group, rows[lane]);
+            });
+        });
+    }
 }
 
 // The first pass over 2^order points of in; bitRev tells where each tile of columns begins.
@@ -76,8 +83,10 @@ void firstPass(In in, typename In::T *out, int order, const std::uint32_t *bitRe
     constexpr size step = Run / 4;
     const size tiles = points / (Run * lanes);
     for (size t = 0; t < tiles; ++t) {
-        const size next = bitRev[(t + 1) * step] / 2;
-        times<Run>([&](int r) KEPS_INLINE_LAMBDA { in.prefetch(next + r * rowStride); });
+        if (order > 11) {
+            const size next = bitRev[(t + 1) * step] / 2;
+            times<Run>([&](int r) KEPS_INLINE_LAMBDA { in.prefetch(next + r * rowStride); });
+        }
         firstTile<Run>(in.at(bitRev[t * step] / 2), rowStride,
                        Grouped<typename In::T>{out + 2 * Run * t}, laneStride, twiddles);
     }
@@ -90,14 +99,12 @@ KEPS_INLINE void joinRuns(Data data, size fromStride, Out out, size toStride, si
                           const typename Data::T *twiddles) {
     using V = typename Data::V;
     for (size k = 0; k < columns; k += V::lanes, twiddles += 2 * V::lanes * (R - 1)) {
-        planar<V> a[R];
-        a[0] = data.load(k);
-        times<R - 1>([&](int j) KEPS_INLINE_LAMBDA {
-            a[j + 1] = data.load(k + runOf<R>(j + 1) * fromStride) *
-                       loadPlanar<V>(twiddles + 2 * V::lanes * j);
-        });
-        butterfly<R>(a);
-        times<R>([&](int q) KEPS_INLINE_LAMBDA { out.store(k + q * toStride, a[q]); });
+        butterfly<R, V>(
+            [&](int j) KEPS_INLINE_LAMBDA {
+                const planar<V> x = data.load(k + runOf<R>(j) * fromStride);
+                return j == 0 ? x : x * loadPlanar<V>(twiddles + 2 * V::lanes * (j - 1));
+            },
+            [&](int q, planar<V> x) KEPS_INLINE_LAMBDA { out.store(k + q * toStride, x); });
     }
 }
 
