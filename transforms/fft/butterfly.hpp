@@ -65,7 +65,7 @@ constexpr int runOf(int j) {
 
 template <class V>
 KEPS_INLINE planar<V> loadPlanar(const typename V::element *p) {
-    return {loadAligned<V>(p), loadAligned<V>(p + V::lanes)};
+    return {held(loadAligned<V>(p)), held(loadAligned<V>(p + V::lanes))};
 }
 
 // Data in the caller's interleaved order, at any address. E is T or const T.
@@ -84,7 +84,6 @@ struct Interleaved {
     KEPS_INLINE void store(size i, planar<V> z) const {
         storeInterleaved(p + 2 * i, direction == forward ? z : planar<V>{z.im, z.re});
     }
-    KEPS_INLINE void prefetch(size i) const { _mm_prefetch(p + 2 * i, _MM_HINT_T0); }
     KEPS_INLINE Interleaved at(size i) const { return {p + 2 * i}; }
 };
 
@@ -100,36 +99,45 @@ struct Split {
     }
     static constexpr int column(int lane) { return lane; }
     KEPS_INLINE void store(size i, planar<V> z) const {
-        keps::store(re + i, z.re);
-        keps::store(im + i, z.im);
+        storeInOrder(re + i, z.re);
+        storeInOrder(im + i, z.im);
     }
-    KEPS_INLINE void prefetch(size i) const {
-        _mm_prefetch(re + i, _MM_HINT_T0);
-        _mm_prefetch(im + i, _MM_HINT_T0);
-    }
-    // The vector of real (0) or imaginary (1) parts of the points from i on.
-    KEPS_INLINE E *part(int which, size i) const { return (which == 0 ? re : im) + i; }
     KEPS_INLINE Split at(size i) const { return {re + i, im + i}; }
 };
 
-// The order between the stages: vectors of real parts and of imaginary parts in turn.
-template <class E>
+// The order between the stages: vectors of real parts and of imaginary parts in turn. Lane i holds
+// point columnOfLane(i) of the vector's, so that the last stage interleaves within halves.
+template <class T_>
 struct Grouped {
-    using T = std::remove_const_t<E>;
+    using T = T_;
     using V = typename Traits<T>::V;
-    E *p;
+    T *p;
 
     KEPS_INLINE planar<V> load(size i) const {
         return {keps::load<V>(p + 2 * i), keps::load<V>(p + 2 * i + V::lanes)};
     }
-    static constexpr int column(int lane) { return lane; }
     KEPS_INLINE void store(size i, planar<V> z) const {
         keps::store(p + 2 * i, z.re);
         keps::store(p + 2 * i + V::lanes, z.im);
     }
-    KEPS_INLINE void prefetch(size i) const { _mm_prefetch(p + 2 * i, _MM_HINT_T0); }
-    KEPS_INLINE E *part(int which, size i) const { return p + 2 * i + V::lanes * which; }
     KEPS_INLINE Grouped at(size i) const { return {p + 2 * i}; }
+};
+
+// The same with the vectors of real and of imaginary parts in two arrays.
+template <class T_>
+struct GroupedSplit {
+    using T = T_;
+    using V = typename Traits<T>::V;
+    T *re, *im;
+
+    KEPS_INLINE planar<V> load(size i) const {
+        return {keps::load<V>(re + i), keps::load<V>(im + i)};
+    }
+    KEPS_INLINE void store(size i, planar<V> z) const {
+        keps::store(re + i, z.re);
+        keps::store(im + i, z.im);
+    }
+    KEPS_INLINE GroupedSplit at(size i) const { return {re + i, im + i}; }
 };
 
 } // namespace keps::fft
