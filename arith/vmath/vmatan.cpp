@@ -108,7 +108,8 @@ int keps::vmath::vdatan2_cout_rare(const double *in, double *out) {
     } else if (x == 0 && y == 0) {
         x = __builtin_copysign(1.0, x);
     } else {
-        const double most = __builtin_fmax(__builtin_fabs(x), __builtin_fabs(y));
+        const double xSize = __builtin_fabs(x), ySize = __builtin_fabs(y);
+        const double most = xSize > ySize ? xSize : ySize;
         // The larger one to 2^100 or as far as one step goes, so that the smaller one is not
         // rounded to the subnormal grid before the quotient is.
         const auto exponent = __builtin_bit_cast(std::uint64_t, most) >> 52;
