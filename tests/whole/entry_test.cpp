@@ -13,7 +13,7 @@
 
 namespace {
 
-const std::regex ownChain("keps(GetLibVersion|Malloc|Free|FFT|FIRSR).*");
+const std::regex ownChain("keps(GetLibVersion|Malloc|Free|Convert_64f64s|FFT|FIRSR).*");
 
 alignas(64) unsigned char scratch[8][1 << 12];
 
