@@ -22,41 +22,61 @@ struct BlockType<Packed24, 24> {
     using type = packed24x8;
 };
 
+namespace detail {
+
+KEPS_INLINE packed24x8 load24(const std::uint8_t *p) {
+    return {load16(p), load16(p + 8)};
+}
+KEPS_INLINE void store24(std::uint8_t *p, packed24x8 x) {
+    store16(p, x.first);
+    store16(p + 8, x.last);
+}
+KEPS_INLINE const std::uint8_t *bytesOf(const Packed24 *p) {
+    return reinterpret_cast<const std::uint8_t *>(p);
+}
+KEPS_INLINE std::uint8_t *bytesOf(Packed24 *p) {
+    return reinterpret_cast<std::uint8_t *>(p);
+}
+// Of the first or last elements of an array below 8.
+KEPS_INLINE size endBytes(size n) {
+    return n >= 4 ? 12 : (n >= 2 ? 6 : 3);
+}
+
+} // namespace detail
+
 template <int N>
 KEPS_INLINE packed24x8 loadBlock(const Packed24 *p) {
     static_assert(N == 8);
-    return {detail::load16(p), detail::load16(p->byte + 8)};
+    return detail::load24(detail::bytesOf(p));
 }
 template <int N>
 KEPS_INLINE void storeBlock(Packed24 *p, packed24x8 x) {
     static_assert(N == 8);
-    detail::store16(p, x.first);
-    detail::store16(p->byte + 8, x.last);
+    detail::store24(detail::bytesOf(p), x);
 }
 
 // The ends of short arrays, in the same lanes as those of other types, by way of a copy.
-KEPS_INLINE size endBytes(size n) {
-    return n >= 4 ? 12 : (n >= 2 ? 6 : 3);
-}
 template <int N>
 KEPS_INLINE packed24x8 loadEnds(const Packed24 *p, size n) {
-    Packed24 copy[8] = {};
-    const size bytes = endBytes(n);
-    const std::uint8_t *head = p->byte, *tail = p->byte + 3 * n - bytes;
+    std::uint8_t copy[24] = {};
+    const size bytes = detail::endBytes(n);
+    const std::uint8_t *head = detail::bytesOf(p), *tail = head + 3 * n - bytes;
     for (size i = 0; i < bytes; ++i) {
-        copy->byte[i] = head[i];
-        copy->byte[bytes + i] = tail[i];
+        copy[i] = head[i];
+        copy[bytes + i] = tail[i];
     }
-    return loadBlock<N>(copy);
+    return detail::load24(copy);
 }
 template <int N>
 KEPS_INLINE void storeEnds(Packed24 *p, packed24x8 x, size n) {
-    Packed24 copy[8];
-    storeBlock<N>(copy, x);
-    const size bytes = endBytes(n);
-    std::uint8_t *head = p->byte, *tail = p->byte + 3 * n - bytes;
-    for (size i = 0; i < bytes; ++i) head[i] = copy->byte[i];
-    for (size i = 0; i < bytes; ++i) tail[i] = copy->byte[bytes + i];
+    std::uint8_t copy[24];
+    detail::store24(copy, x);
+    const size bytes = detail::endBytes(n);
+    std::uint8_t *head = detail::bytesOf(p), *tail = head + 3 * n - bytes;
+    for (size i = 0; i < bytes; ++i) {
+        head[i] = copy[i];
+        tail[i] = copy[bytes + i];
+    }
 }
 
 // Each element in a 32-bit lane: placed in its upper three bytes, shifted down. 2 instructions a
