@@ -28,8 +28,10 @@ target_include_directories(kepse9 PUBLIC
   $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
 target_link_libraries(kepse9 PUBLIC kepcore PRIVATE keps_flags ${OpenMP_CXX_FLAGS})
 # Linked as C and without start files: no C++ runtime, no constructors, the hooks of psmain alone.
-set_target_properties(kepse9 PROPERTIES LINKER_LANGUAGE C)
+set_target_properties(kepse9 PROPERTIES LINKER_LANGUAGE C
+                      LINK_DEPENDS ${PROJECT_SOURCE_DIR}/cmake/exports.map)
 target_link_options(kepse9 PRIVATE -nostartfiles -Wl,-init=kepsLoad -Wl,-fini=kepsUnload
+  -Wl,--version-script=${PROJECT_SOURCE_DIR}/cmake/exports.map
   -Wl,--build-id -Wl,-z,relro -Wl,-z,now -Wl,--no-as-needed,-lm,--as-needed)
 if(NOT KEPS_SANITIZE)
   target_link_options(kepse9 PRIVATE -Wl,-z,defs)

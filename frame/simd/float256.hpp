@@ -88,10 +88,20 @@ KEPS_INLINE f32x8 max(f32x8 a, f32x8 b) { return {_mm256_max_ps(a.v, b.v)}; }
 KEPS_INLINE f32x8 operator&(f32x8 a, f32x8 b) { return {_mm256_and_ps(a.v, b.v)}; }
 KEPS_INLINE f32x8 operator|(f32x8 a, f32x8 b) { return {_mm256_or_ps(a.v, b.v)}; }
 KEPS_INLINE f32x8 operator^(f32x8 a, f32x8 b) { return {_mm256_xor_ps(a.v, b.v)}; }
-
-// Lane by lane, b where the mask's sign bit is set, else a.
-KEPS_INLINE f32x8 select(f32x8 mask, f32x8 a, f32x8 b) { return {_mm256_blendv_ps(a.v, b.v, mask.v)}; }
 // clang-format on
+
+// Lane by lane, b where the mask's sign bit is set, else a. Spelled in assembler: g++ 12 takes the
+// intrinsic apart into scalar comparisons where the processor has no wide integer ones.
+KEPS_INLINE f32x8 select(f32x8 mask, f32x8 a, f32x8 b) {
+    __m256 y;
+    __asm__("vblendvps %3, %2, %1, %0" : "=x"(y) : "x"(a.v), "x"(b.v), "x"(mask.v));
+    return {y};
+}
+KEPS_INLINE f64x4 select(f64x4 mask, f64x4 a, f64x4 b) {
+    __m256d y;
+    __asm__("vblendvpd %3, %2, %1, %0" : "=x"(y) : "x"(a.v), "x"(b.v), "x"(mask.v));
+    return {y};
+}
 
 // The lower and the upper 128 bits; the lower half costs nothing.
 KEPS_INLINE f32x4 lower(f32x8 x) {
@@ -137,7 +147,7 @@ KEPS_INLINE void storePart(float *p, f32x8 x, size n) {
         p += 4;
     }
     if (n & 2) {
-        _mm_storel_pd(reinterpret_cast<double *>(p), _mm_castps_pd(rest));
+        storeAs(p, _mm_cvtsd_f64(_mm_castps_pd(rest)));
         rest = _mm_movehl_ps(rest, rest);
         p += 2;
     }
@@ -150,7 +160,7 @@ KEPS_INLINE void storePart(double *p, f64x4 x, size n) {
         rest = _mm256_extractf128_pd(x.v, 1);
         p += 2;
     }
-    if (n & 1) _mm_storel_pd(p, rest);
+    if (n & 1) storeOne(p, _mm_cvtsd_f64(rest));
 }
 
 // Keeps the compiler from reading x anew from memory at each of its uses, where loads are scarce.
@@ -169,6 +179,32 @@ KEPS_INLINE f32x8 roundToNearest(f32x8 x) {
 }
 KEPS_INLINE f64x4 roundToNearest(f64x4 x) {
     return {_mm256_round_pd(x.v, _MM_FROUND_TO_NEAREST_INT | _MM_FROUND_NO_EXC)};
+}
+
+// A 128-bit half in both halves of the vector.
+KEPS_INLINE f32x8 loadTwice(const float *p) {
+    return {_mm256_broadcast_ps(reinterpret_cast<const __m128 *>(p))};
+}
+KEPS_INLINE f64x4 loadTwice(const double *p) {
+    return {_mm256_broadcast_pd(reinterpret_cast<const __m128d *>(p))};
+}
+
+// Pairs (real, imaginary) with their parts exchanged.
+KEPS_INLINE f32x8 swapPairs(f32x8 x) {
+    return {_mm256_permute_ps(x.v, 0xB1)};
+}
+KEPS_INLINE f64x4 swapPairs(f64x4 x) {
+    return {_mm256_permute_pd(x.v, 0x5)};
+}
+
+// In each half, the upper two lanes of a, then the lower two of b.
+KEPS_INLINE f32x8 middle(f32x8 a, f32x8 b) {
+    return {_mm256_shuffle_ps(a.v, b.v, 0x4E)};
+}
+
+// Sums of neighbours, in each half one of a, then one of b. 3 uops.
+KEPS_INLINE f64x4 addNeighbours(f64x4 a, f64x4 b) {
+    return {_mm256_hadd_pd(a.v, b.v)};
 }
 
 // Complex product of pairs (real, imaginary), in the library's one order of arithmetic:
