@@ -45,18 +45,25 @@ KEPS_INLINE KepStatus withScaling(std::int32_t scaleFactor, const Run &run) {
 
 // Roundings to 32-bit integers.
 struct TowardZero {
-    KEPS_INLINE static two<i32x4> round(f32x8 x) { return toIntTruncated(x); }
+    template <class V>
+    KEPS_INLINE static auto round(V x) {
+        return toIntTruncated(x);
+    }
 };
 // Rounded ahead of the conversion: one instruction more an element block, but no turn of the
 // control register, which costs as much as a hundred elements.
 struct ToNearest {
-    KEPS_INLINE static two<i32x4> round(f32x8 x) { return toIntTruncated(roundToNearest(x)); }
+    template <class V>
+    KEPS_INLINE static auto round(V x) {
+        return toIntTruncated(roundToNearest(x));
+    }
 };
 // Ties away from zero. The sum must be rounded toward zero: to nearest, the number just below one
 // half would become 1.
 struct HalfAway {
-    KEPS_INLINE static two<i32x4> round(f32x8 x) {
-        const f32x8 half = (x & splat<f32x8>(-0.0F)) | splat<f32x8>(0.5F);
+    template <class V>
+    KEPS_INLINE static auto round(V x) {
+        const V half = (x & splat<V>(-0.0F)) | splat<V>(0.5F);
         return toIntTruncated(x + half);
     }
 };

@@ -24,7 +24,19 @@ typedef struct KepsFftPlan KepsFftPlan;
 KEPS_FN(KepStatus, kepsFFTGetSize_C_32fc,
         (int32_t order, int32_t flag, int32_t hint, int32_t *specSize, int32_t *specBufferSize,
          int32_t *workSize));
+KEPS_FN(KepStatus, kepsFFTGetSize_C_32f,
+        (int32_t order, int32_t flag, int32_t hint, int32_t *specSize, int32_t *specBufferSize,
+         int32_t *workSize));
 KEPS_FN(KepStatus, kepsFFTGetSize_R_32f,
+        (int32_t order, int32_t flag, int32_t hint, int32_t *specSize, int32_t *specBufferSize,
+         int32_t *workSize));
+KEPS_FN(KepStatus, kepsFFTGetSize_C_64fc,
+        (int32_t order, int32_t flag, int32_t hint, int32_t *specSize, int32_t *specBufferSize,
+         int32_t *workSize));
+KEPS_FN(KepStatus, kepsFFTGetSize_C_64f,
+        (int32_t order, int32_t flag, int32_t hint, int32_t *specSize, int32_t *specBufferSize,
+         int32_t *workSize));
+KEPS_FN(KepStatus, kepsFFTGetSize_R_64f,
         (int32_t order, int32_t flag, int32_t hint, int32_t *specSize, int32_t *specBufferSize,
          int32_t *workSize));
 /** @} */
@@ -41,7 +53,19 @@ KEPS_FN(KepStatus, kepsFFTGetSize_R_32f,
 KEPS_FN(KepStatus, kepsFFTInit_C_32fc,
         (KepsFftPlan * *plan, int32_t order, int32_t flag, int32_t hint, Kep8u *specMem,
          Kep8u *specBuffer));
+KEPS_FN(KepStatus, kepsFFTInit_C_32f,
+        (KepsFftPlan * *plan, int32_t order, int32_t flag, int32_t hint, Kep8u *specMem,
+         Kep8u *specBuffer));
 KEPS_FN(KepStatus, kepsFFTInit_R_32f,
+        (KepsFftPlan * *plan, int32_t order, int32_t flag, int32_t hint, Kep8u *specMem,
+         Kep8u *specBuffer));
+KEPS_FN(KepStatus, kepsFFTInit_C_64fc,
+        (KepsFftPlan * *plan, int32_t order, int32_t flag, int32_t hint, Kep8u *specMem,
+         Kep8u *specBuffer));
+KEPS_FN(KepStatus, kepsFFTInit_C_64f,
+        (KepsFftPlan * *plan, int32_t order, int32_t flag, int32_t hint, Kep8u *specMem,
+         Kep8u *specBuffer));
+KEPS_FN(KepStatus, kepsFFTInit_R_64f,
         (KepsFftPlan * *plan, int32_t order, int32_t flag, int32_t hint, Kep8u *specMem,
          Kep8u *specBuffer));
 /** @} */
@@ -64,6 +88,34 @@ KEPS_FN(KepStatus, kepsFFTInv_CToC_32fc,
         (const Kep32fc *src, Kep32fc *dst, const KepsFftPlan *plan, Kep8u *work));
 KEPS_FN(KepStatus, kepsFFTInv_CToC_32fc_I,
         (Kep32fc * srcDst, const KepsFftPlan *plan, Kep8u *work));
+KEPS_FN(KepStatus, kepsFFTFwd_CToC_64fc,
+        (const Kep64fc *src, Kep64fc *dst, const KepsFftPlan *plan, Kep8u *work));
+KEPS_FN(KepStatus, kepsFFTFwd_CToC_64fc_I,
+        (Kep64fc * srcDst, const KepsFftPlan *plan, Kep8u *work));
+KEPS_FN(KepStatus, kepsFFTInv_CToC_64fc,
+        (const Kep64fc *src, Kep64fc *dst, const KepsFftPlan *plan, Kep8u *work));
+KEPS_FN(KepStatus, kepsFFTInv_CToC_64fc_I,
+        (Kep64fc * srcDst, const KepsFftPlan *plan, Kep8u *work));
+KEPS_FN(KepStatus, kepsFFTFwd_CToC_32f,
+        (const Kep32f *srcRe, const Kep32f *srcIm, Kep32f *dstRe, Kep32f *dstIm,
+         const KepsFftPlan *plan, Kep8u *work));
+KEPS_FN(KepStatus, kepsFFTFwd_CToC_32f_I,
+        (Kep32f * re, Kep32f *im, const KepsFftPlan *plan, Kep8u *work));
+KEPS_FN(KepStatus, kepsFFTInv_CToC_32f,
+        (const Kep32f *srcRe, const Kep32f *srcIm, Kep32f *dstRe, Kep32f *dstIm,
+         const KepsFftPlan *plan, Kep8u *work));
+KEPS_FN(KepStatus, kepsFFTInv_CToC_32f_I,
+        (Kep32f * re, Kep32f *im, const KepsFftPlan *plan, Kep8u *work));
+KEPS_FN(KepStatus, kepsFFTFwd_CToC_64f,
+        (const Kep64f *srcRe, const Kep64f *srcIm, Kep64f *dstRe, Kep64f *dstIm,
+         const KepsFftPlan *plan, Kep8u *work));
+KEPS_FN(KepStatus, kepsFFTFwd_CToC_64f_I,
+        (Kep64f * re, Kep64f *im, const KepsFftPlan *plan, Kep8u *work));
+KEPS_FN(KepStatus, kepsFFTInv_CToC_64f,
+        (const Kep64f *srcRe, const Kep64f *srcIm, Kep64f *dstRe, Kep64f *dstIm,
+         const KepsFftPlan *plan, Kep8u *work));
+KEPS_FN(KepStatus, kepsFFTInv_CToC_64f_I,
+        (Kep64f * re, Kep64f *im, const KepsFftPlan *plan, Kep8u *work));
 /** @} */
 
 /** @name Real FFT
@@ -97,6 +149,30 @@ KEPS_FN(KepStatus, kepsFFTInv_PermToR_32f,
         (const Kep32f *src, Kep32f *dst, const KepsFftPlan *plan, Kep8u *work));
 KEPS_FN(KepStatus, kepsFFTInv_PermToR_32f_I,
         (Kep32f * srcDst, const KepsFftPlan *plan, Kep8u *work));
+KEPS_FN(KepStatus, kepsFFTFwd_RToCCS_64f,
+        (const Kep64f *src, Kep64f *dst, const KepsFftPlan *plan, Kep8u *work));
+KEPS_FN(KepStatus, kepsFFTFwd_RToCCS_64f_I,
+        (Kep64f * srcDst, const KepsFftPlan *plan, Kep8u *work));
+KEPS_FN(KepStatus, kepsFFTFwd_RToPack_64f,
+        (const Kep64f *src, Kep64f *dst, const KepsFftPlan *plan, Kep8u *work));
+KEPS_FN(KepStatus, kepsFFTFwd_RToPack_64f_I,
+        (Kep64f * srcDst, const KepsFftPlan *plan, Kep8u *work));
+KEPS_FN(KepStatus, kepsFFTFwd_RToPerm_64f,
+        (const Kep64f *src, Kep64f *dst, const KepsFftPlan *plan, Kep8u *work));
+KEPS_FN(KepStatus, kepsFFTFwd_RToPerm_64f_I,
+        (Kep64f * srcDst, const KepsFftPlan *plan, Kep8u *work));
+KEPS_FN(KepStatus, kepsFFTInv_CCSToR_64f,
+        (const Kep64f *src, Kep64f *dst, const KepsFftPlan *plan, Kep8u *work));
+KEPS_FN(KepStatus, kepsFFTInv_CCSToR_64f_I,
+        (Kep64f * srcDst, const KepsFftPlan *plan, Kep8u *work));
+KEPS_FN(KepStatus, kepsFFTInv_PackToR_64f,
+        (const Kep64f *src, Kep64f *dst, const KepsFftPlan *plan, Kep8u *work));
+KEPS_FN(KepStatus, kepsFFTInv_PackToR_64f_I,
+        (Kep64f * srcDst, const KepsFftPlan *plan, Kep8u *work));
+KEPS_FN(KepStatus, kepsFFTInv_PermToR_64f,
+        (const Kep64f *src, Kep64f *dst, const KepsFftPlan *plan, Kep8u *work));
+KEPS_FN(KepStatus, kepsFFTInv_PermToR_64f_I,
+        (Kep64f * srcDst, const KepsFftPlan *plan, Kep8u *work));
 /** @} */
 
 #endif

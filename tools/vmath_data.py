@@ -61,10 +61,23 @@ def trig():
         return sin(sqrt(s)) / sqrt(s) if s else mpf(1)
 
     weight = lambda s: 1 / sineq(s)
-    for name, kind, count in (("vssin_low", "float", 5), ("vssin_fast", "float", 3), ("vssin_high", "double", 6),
-                              ("vdsin_low", "double", 9), ("vdsin_fast", "double", 5)):
-        c, e = fit(sineq, weight, 0, r * r, range(count), to_float if kind == "float" else to_double)
+    for name, kind, count in (("vssin_low", "float", 5), ("vssin_fast", "float", 4), ("vssin_high", "double", 6),
+                              ("vdsin_low", "double", 8), ("vdsin_fast", "double", 6)):
+        c, e = fit(sineq, weight, 0, r * r, range(count), to_float if kind == "float" else to_double,
+                   exact=(1,))
         h.poly(name, kind, c, "sin(r) / r in r^2, |r| to pi/2; relative error " + bound(e) + ".")
+    r = pi / 4 * (1 + mpf(2) ** -10)
+
+    def cosine(s):
+        return cos(sqrt(s))
+
+    for name, kind, sines, cosines in (("QuarterLow32", "float", 4, 4), ("QuarterFast32", "float", 3, 3),
+                                       ("QuarterLow64", "double", 7, 7), ("QuarterFast64", "double", 5, 5)):
+        to = to_float if kind == "float" else to_double
+        c, e = fit(sineq, weight, 0, r * r, range(sines), to, exact=(1,))
+        h.poly("sin" + name, kind, c, "sin(r) / r in r^2, |r| to pi/4; relative error " + bound(e) + ".")
+        c, e = fit(cosine, lambda s: 1 / cosine(s), 0, r * r, range(cosines), to, exact=(1,))
+        h.poly("cos" + name, kind, c, "cos(r) in r^2, |r| to pi/4; relative error " + bound(e) + ".")
     h.number("invPi", "double", to_double(1 / pi), "1/pi; pi in parts that an 11-bit multiplier leaves exact in float, a 16-bit one in double.")
     for k, p in enumerate(parts(pi, (13, 13, 24))):
         h.number("piFloat%d" % (k + 1), "float", to_float(p))
@@ -86,7 +99,114 @@ def turn_bits():
         return int(floor(1 / (2 * mp.pi) * mpf(2) ** 1344))
 
 
-FAMILIES = {"trig": trig}
+def exponential():
+    h = Header("Constants of the exponential kernels.")
+    half = log(2) / 2 * (1 + mpf(2) ** -12)
+    inverse = lambda x: exp(-x)
+    for name, kind, count, first in (("vsexp_low", "float", 7, (1,)), ("vsexp_fast", "float", 4, ()), ("vsexp_high", "double", 9, (1,))):
+        c, e = fit(exp, inverse, -half, half, range(count), to_float if kind == "float" else to_double, exact=first)
+        h.poly(name, kind, c, "exp(r), |r| to ln(2)/2; relative error " + bound(e) + ".")
+    for k, p in enumerate(parts(log(2), (16, 24))):
+        h.number("ln2Float%d" % (k + 1), "float", to_float(p), None if k else "ln 2 in parts: for float with 8-bit multipliers, for double with 17-bit ones after a division by 128.")
+    step = log(2) / 128
+    h.number("expInvStep", "double", to_double(1 / step))
+    for k, p in enumerate(parts(step, (35, 53))):
+        h.number("expStep%d" % (k + 1), "double", p)
+    h.blank()
+    r = step / 2 * (1 + mpf(2) ** -20)
+
+    def less2(x):
+        return (exp(x) - 1 - x) / x**2 if abs(x) > mpf(10) ** -20 else mpf(1) / 2
+
+    for name, count in (("vdexp_low", 3), ("vdexp_high", 4)):
+        c, e = fit(less2, lambda x: x**2, -r, r, range(count), to_double, exact=(0.5,))
+        h.poly(name, "double", c, "(exp r - 1 - r) / r^2, |r| to ln(2)/256; error against 1 " + bound(e) + ".")
+    sinh3 = lambda s: (mp.sinh(sqrt(s)) / sqrt(s) - 1) / s if s else mpf(1) / 6
+    cosh2 = lambda s: (mp.cosh(sqrt(s)) - 1) / s if s else mpf(1) / 2
+    c, e = fit(sinh3, lambda s: s, 0, r * r, range(2), to_double)
+    h.poly("vdsinh_step", "double", c, "(sinh r - r) / r^3 in r^2; error against r " + bound(e) + ".")
+    c, e = fit(cosh2, lambda s: s, 0, r * r, range(3), to_double, exact=(0.5,))
+    h.poly("vdcosh_step", "double", c, "(cosh r - 1) / r^2 in r^2; error against 1 " + bound(e) + ".")
+    rows = []
+    for j in range(128):
+        v = mpf(2) ** (mpf(j) / 128)
+        rows.append((to_double(v), to_double(v - to_double(v))))
+    h.table("vdexp_data", "double", rows, "2^(j/128) and its low part.")
+    h.write(os.path.join(ROOM, "exp_data.hpp"))
+
+
+def logarithm():
+    h = Header("Constants of the logarithm kernels.")
+    s = (sqrt(mpf(2)) - 1) / (sqrt(mpf(2)) + 1) * (1 + mpf(2) ** -16)
+
+    def ratio(u):
+        return (log((1 + sqrt(u)) / (1 - sqrt(u))) / sqrt(u) - 2) if u else mpf(0)
+
+    def ratio1(u):
+        return ratio(u) / u if u > mpf(10) ** -30 else mpf(2) / 3
+
+    for name, count in (("vsln_low", 3), ("vsln_fast", 1)):
+        c, e = fit(ratio1, lambda u: u / 2, 0, s * s, range(count), to_float)
+        h.poly(name, "float", c, "(ln((1 + s)/(1 - s)) - 2 s) / s^3 in s^2, s to 0.1716; relative error " + bound(e) + ".")
+    h.number("ln2Float", "float", to_float(log(2)), "ln 2: for float, for double, and in parts of which 11-bit multiples are exact.")
+    h.number("ln2Double", "double", to_double(log(2)))
+    grid = mpf(2) ** -42
+    ln2hi = on_grid(log(2), grid)
+    h.number("ln2High", "double", ln2hi)
+    h.number("ln2Low", "double", to_double(log(2) - ln2hi))
+    h.blank()
+
+    def less(r):
+        return (mp.log1p(r) - r) / r**2 if abs(r) > mpf(10) ** -20 else -mpf(1) / 2
+
+    rows, lo, hi = [], mpf(0), mpf(0)
+    for i in range(128):
+        def edge(i):
+            bits = 0x3FE6A000 + (i << 13)
+            e, m = bits >> 20, bits & 0xFFFFF
+            return (1 + mpf(m) / 2**20) * mpf(2) ** (e - 1023)
+        a, b = edge(i), edge(i + 1)
+        c = mpf(1) if a == 1 or b == 1 else truncated(2 / (a + b), 14)
+        lo, hi = min(lo, a * c - 1), max(hi, b * c - 1)
+        value = -log(c)
+        high = on_grid(value, grid)
+        rows.append((c, high, to_double(value - high), to_double(value)))
+    for name, count in (("vdln_low", 6), ("vdln_high", 7), ("vdln_fast", 3), ("vdpowx_ln", 8)):
+        c, e = fit(less, lambda r: abs(r), lo, hi, range(count), to_double, exact=(-0.5,) if count > 4 else ())
+        h.poly(name, "double", c, "(ln(1 + r) - r) / r^2, r in (%s, %s); error against r %s." % (mp.nstr(lo, 4), mp.nstr(hi, 4), bound(e)))
+    h.table("vdln_data", "double", rows, "For m from 0.7070 in cells of 1/128 of its binade: c of 14 bits near 1/m, -ln c in two parts, the same rounded.")
+    h.write(os.path.join(ROOM, "ln_data.hpp"))
+
+
+def arctangent():
+    h = Header("Constants of the arc tangent kernels.")
+
+    def slope(s):
+        return mp.atan(sqrt(s)) / sqrt(s) if s else mpf(1)
+
+    for name, count in (("vsatan_low", 9), ("vsatan_fast", 5)):
+        c, e = fit(slope, lambda s: 1 / slope(s), 0, 1, range(count), to_float, exact=(1,))
+        h.poly(name, "float", c, "atan(t) / t in t^2, t to 1; relative error " + bound(e) + ".")
+
+    def cubic(s):
+        return (slope(s) - 1) / s if s > mpf(10) ** -30 else -mpf(1) / 3
+
+    u = mpf(1) / 64 * (1 + mpf(2) ** -10)
+    for name, count in (("vdatan_low", 3), ("vdatan_high", 4), ("vdatan_fast", 1)):
+        c, e = fit(cubic, lambda s: s, 0, u * u, range(count), to_double)
+        h.poly(name, "double", c, "(atan(u) - u) / u^3 in u^2, u to 1/64; error against u " + bound(e) + ".")
+    rows = []
+    for offset, sign in ((0, 1), (pi / 2, -1), (pi, -1), (pi / 2, 1)):
+        for j in range(33):
+            v = offset + sign * mp.atan(mpf(j) / 32)
+            rows.append((to_double(v), to_double(v - to_double(v))))
+    h.table("vdatan_data", "double", rows, "a = atan(j/32), pi/2 - a, pi - a, pi/2 + a, 33 rows each, with low parts.")
+    for name, v in (("halfPiFloat", pi / 2), ("piFloat", pi)):
+        h.number(name, "float", to_float(v))
+    h.write(os.path.join(ROOM, "atan_data.hpp"))
+
+
+FAMILIES = {"trig": trig, "exponential": exponential, "logarithm": logarithm, "arctangent": arctangent}
 
 if __name__ == "__main__":
     for family in sys.argv[1:] or FAMILIES:

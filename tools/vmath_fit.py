@@ -37,9 +37,9 @@ def solve(f, w, powers, nodes):
     a, b = matrix(n + 1, n + 1), matrix(n + 1, 1)
     for i, x in enumerate(nodes):
         for k, p in enumerate(powers):
-            a[i, k] = x**p
-        a[i, n] = (-1) ** i / w(x)
-        b[i] = f(x)
+            a[i, k] = w(x) * x**p
+        a[i, n] = (-1) ** i
+        b[i] = w(x) * f(x)
     s = lu_solve(a, b)
     return [s[k] for k in range(n)], abs(s[n])
 
@@ -53,7 +53,8 @@ def remez(f, w, lo, hi, powers, rounds=7, density=24):
     nodes = sorted(mid - half * cos(pi * (2 * i + 1) / (2 * n + 2)) for i in range(n + 1))
     count = density * (n + 1)
     grid = [mid - half * cos(pi * i / count) for i in range(count + 1)]
-    grid = [(x, f(x), w(x)) for x in grid]
+    grid = [(x, f(x), w(x)) for x in grid if w(x) != 0]
+    nodes = [x if w(x) != 0 else x + half / 16 for x in nodes]
     c = None
     for _ in range(rounds):
         c, level = solve(f, w, powers, nodes)
@@ -86,8 +87,10 @@ def fit(f, w, lo, hi, powers, rounding, exact=()):
     powers = list(powers)
     while len(fixed) < len(powers):
         k = len(fixed)
-        rest = lambda x: f(x) - sum(c * x**p for c, p in zip(fixed, powers))
-        c, _ = remez(rest, w, lo, hi, powers[k:])
+        # Divided by its lowest power, so that the exchange works on a full set of powers.
+        m = powers[k]
+        rest = lambda x: (f(x) - sum(c * x**p for c, p in zip(fixed, powers))) / (x**m if x else mpf(1))
+        c, _ = remez(rest, lambda x: w(x) * abs(x) ** m, lo, hi, [p - m for p in powers[k:]])
         fixed.append(rounding(c[0]))
     worst = max(
         abs(w(x) * (f(x) - sum(c * x**p for c, p in zip(fixed, powers))))

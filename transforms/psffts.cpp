@@ -1,4 +1,4 @@
-// Fourier transforms of single precision: plans, complex and real transforms.
+// Fourier transforms of single precision: plans, complex, split and real transforms.
 #include "transforms/fft/init.hpp"
 #include "transforms/fft/transform.hpp"
 
@@ -6,8 +6,6 @@ using namespace keps;
 using namespace keps::fft;
 
 namespace {
-
-constexpr Kind complexKind{tagC_32fc, false}, realKind{tagR_32f, true};
 
 const float *reals(const Kep32fc *p) {
     return reinterpret_cast<const float *>(p);
@@ -18,29 +16,24 @@ float *reals(Kep32fc *p) {
 
 } // namespace
 
-KepStatus kepsFFTGetSize_C_32fc(int32_t order, int32_t flag, int32_t hint, int32_t *specSize,
-                                int32_t *specBufferSize, int32_t *workSize) {
-    return getSize<float>(complexKind, order, flag, hint, specSize, specBufferSize, workSize);
-}
-KepStatus kepsFFTGetSize_R_32f(int32_t order, int32_t flag, int32_t hint, int32_t *specSize,
-                               int32_t *specBufferSize, int32_t *workSize) {
-    return getSize<float>(realKind, order, flag, hint, specSize, specBufferSize, workSize);
-}
-
-KepStatus kepsFFTInit_C_32fc(KepsFftPlan **plan, int32_t order, int32_t flag, int32_t hint,
-                             Kep8u *specMem, Kep8u *specBuffer) {
-    return init<float>(complexKind, plan, order, flag, hint, specMem, specBuffer);
-}
-KepStatus kepsFFTInit_R_32f(KepsFftPlan **plan, int32_t order, int32_t flag, int32_t hint,
-                            Kep8u *specMem, Kep8u *specBuffer) {
-    return init<float>(realKind, plan, order, flag, hint, specMem, specBuffer);
-}
-
 // clang-format off
+KepStatus kepsFFTGetSize_C_32fc(int32_t order, int32_t flag, int32_t hint, int32_t *specSize, int32_t *specBufferSize, int32_t *workSize) { return getSize<float>({tagC_32fc, false}, order, flag, hint, specSize, specBufferSize, workSize); }
+KepStatus kepsFFTGetSize_C_32f(int32_t order, int32_t flag, int32_t hint, int32_t *specSize, int32_t *specBufferSize, int32_t *workSize) { return getSize<float>({tagC_32f, false}, order, flag, hint, specSize, specBufferSize, workSize); }
+KepStatus kepsFFTGetSize_R_32f(int32_t order, int32_t flag, int32_t hint, int32_t *specSize, int32_t *specBufferSize, int32_t *workSize) { return getSize<float>({tagR_32f, true}, order, flag, hint, specSize, specBufferSize, workSize); }
+
+KepStatus kepsFFTInit_C_32fc(KepsFftPlan **plan, int32_t order, int32_t flag, int32_t hint, Kep8u *specMem, Kep8u *specBuffer) { return init<float>({tagC_32fc, false}, plan, order, flag, hint, specMem, specBuffer); }
+KepStatus kepsFFTInit_C_32f(KepsFftPlan **plan, int32_t order, int32_t flag, int32_t hint, Kep8u *specMem, Kep8u *specBuffer) { return init<float>({tagC_32f, false}, plan, order, flag, hint, specMem, specBuffer); }
+KepStatus kepsFFTInit_R_32f(KepsFftPlan **plan, int32_t order, int32_t flag, int32_t hint, Kep8u *specMem, Kep8u *specBuffer) { return init<float>({tagR_32f, true}, plan, order, flag, hint, specMem, specBuffer); }
+
 KepStatus kepsFFTFwd_CToC_32fc(const Kep32fc *src, Kep32fc *dst, const KepsFftPlan *plan, Kep8u *work) { return complexTransform<forward>(tagC_32fc, reals(src), reals(dst), plan, work); }
 KepStatus kepsFFTInv_CToC_32fc(const Kep32fc *src, Kep32fc *dst, const KepsFftPlan *plan, Kep8u *work) { return complexTransform<inverse>(tagC_32fc, reals(src), reals(dst), plan, work); }
 KepStatus kepsFFTFwd_CToC_32fc_I(Kep32fc *srcDst, const KepsFftPlan *plan, Kep8u *work) { return kepsFFTFwd_CToC_32fc(srcDst, srcDst, plan, work); }
 KepStatus kepsFFTInv_CToC_32fc_I(Kep32fc *srcDst, const KepsFftPlan *plan, Kep8u *work) { return kepsFFTInv_CToC_32fc(srcDst, srcDst, plan, work); }
+
+KepStatus kepsFFTFwd_CToC_32f(const Kep32f *srcRe, const Kep32f *srcIm, Kep32f *dstRe, Kep32f *dstIm, const KepsFftPlan *plan, Kep8u *work) { return splitTransform<forward>(tagC_32f, srcRe, srcIm, dstRe, dstIm, plan, work); }
+KepStatus kepsFFTInv_CToC_32f(const Kep32f *srcRe, const Kep32f *srcIm, Kep32f *dstRe, Kep32f *dstIm, const KepsFftPlan *plan, Kep8u *work) { return splitTransform<inverse>(tagC_32f, srcRe, srcIm, dstRe, dstIm, plan, work); }
+KepStatus kepsFFTFwd_CToC_32f_I(Kep32f *re, Kep32f *im, const KepsFftPlan *plan, Kep8u *work) { return kepsFFTFwd_CToC_32f(re, im, re, im, plan, work); }
+KepStatus kepsFFTInv_CToC_32f_I(Kep32f *re, Kep32f *im, const KepsFftPlan *plan, Kep8u *work) { return kepsFFTInv_CToC_32f(re, im, re, im, plan, work); }
 
 KepStatus kepsFFTFwd_RToCCS_32f(const Kep32f *src, Kep32f *dst, const KepsFftPlan *plan, Kep8u *work) { return realToSpectrum<layoutCcs>(tagR_32f, src, dst, plan, work); }
 KepStatus kepsFFTFwd_RToPack_32f(const Kep32f *src, Kep32f *dst, const KepsFftPlan *plan, Kep8u *work) { return realToSpectrum<layoutPack>(tagR_32f, src, dst, plan, work); }

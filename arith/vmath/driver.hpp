@@ -107,13 +107,79 @@ KEPS_INLINE int run(const Element<K> *src, Element<K> *dst, int32_t len) {
     return run<K>(from, to, len);
 }
 
+// The same constant for a vector or a single double.
+template <class V>
+KEPS_INLINE V constant(double x) {
+    if constexpr (std::is_same_v<V, double>)
+        return x;
+    else
+        return splat<V>(static_cast<typename V::element>(x));
+}
+
+template <class K>
+KEPS_INLINE int run(const Element<K> *src, Element<K> *dst1, Element<K> *dst2, int32_t len) {
+    const Element<K> *const from[] = {src};
+    Element<K> *const to[] = {dst1, dst2};
+    return run<K>(from, to, len);
+}
+template <class K>
+KEPS_INLINE int run(const Element<K> *src1, const Element<K> *src2, Element<K> *dst, int32_t len) {
+    const Element<K> *const from[] = {src1, src2};
+    Element<K> *const to[] = {dst};
+    return run<K>(from, to, len);
+}
+
 // c[0] + c[1] u + c[2] u^2 ..., by Horner's rule.
 template <class V, class T, std::size_t n>
 KEPS_INLINE V polynomial(V u, const T (&c)[n]) {
-    V y = splat<V>(c[n - 1]);
+    V y = constant<V>(c[n - 1]);
     times<static_cast<int>(n) - 1>(
-        [&](int k) KEPS_INLINE_LAMBDA { y = y * u + splat<V>(c[static_cast<int>(n) - 2 - k]); });
+        [&](int k) KEPS_INLINE_LAMBDA { y = y * u + constant<V>(c[static_cast<int>(n) - 2 - k]); });
     return y;
+}
+
+// The rows of a table of 2 or 4 columns at four lanes' places, one vector a column.
+template <int n>
+struct Columns {
+    f64x4 c[n];
+};
+KEPS_INLINE __m256d rowPair(const double *a, const double *b) {
+    return _mm256_set_m128d(_mm_load_pd(b), _mm_load_pd(a));
+}
+KEPS_INLINE Columns<2> columns2(const double *row0, const double *row1, const double *row2,
+                                const double *row3) {
+    const __m256d a = rowPair(row0, row2), b = rowPair(row1, row3);
+    return {{{_mm256_unpacklo_pd(a, b)}, {_mm256_unpackhi_pd(a, b)}}};
+}
+KEPS_INLINE Columns<4> columns4(const double *row0, const double *row1, const double *row2,
+                                const double *row3) {
+    const Columns<2> left = columns2(row0, row1, row2, row3);
+    const Columns<2> right = columns2(row0 + 2, row1 + 2, row2 + 2, row3 + 2);
+    return {{left.c[0], left.c[1], right.c[0], right.c[1]}};
+}
+
+// The low words of four lanes, as indices.
+struct LowWords {
+    int n[4];
+};
+KEPS_INLINE LowWords lowWords(f64x4 q) {
+    const __m128i lower = _mm_castpd_si128(_mm256_castpd256_pd128(q.v));
+    const __m128i upper = _mm_castpd_si128(_mm256_extractf128_pd(q.v, 1));
+    return {{_mm_cvtsi128_si32(lower), _mm_extract_epi32(lower, 2), _mm_cvtsi128_si32(upper),
+             _mm_extract_epi32(upper, 2)}};
+}
+
+// The high words of four lanes in one vector. 2 uops.
+KEPS_INLINE __m128i highWords(f64x4 x) {
+    const __m128 lower = _mm_castpd_ps(_mm256_castpd256_pd128(x.v));
+    const __m128 upper = _mm_castpd_ps(_mm256_extractf128_pd(x.v, 1));
+    return _mm_castps_si128(_mm_shuffle_ps(lower, upper, 0xDD));
+}
+// And back, with zeros below them. 3 uops.
+KEPS_INLINE f64x4 fromHighWords(__m128i words) {
+    const __m128i none = _mm_setzero_si128();
+    return {_mm256_castsi256_pd(
+        _mm256_set_m128i(_mm_unpackhi_epi32(none, words), _mm_unpacklo_epi32(none, words)))};
 }
 
 } // namespace keps::vmath

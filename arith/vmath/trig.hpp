@@ -16,14 +16,6 @@ struct Angle {
     V high, low, q;
 };
 
-template <class V>
-KEPS_INLINE V constant(double x) {
-    if constexpr (std::is_same_v<V, double>)
-        return x;
-    else
-        return splat<V>(static_cast<typename V::element>(x));
-}
-
 // For |x| up to trigLimit. turn is added to N in q. The first product and difference are exact; the
 // two sums that follow lose nothing, since where the order of magnitudes is not the wanted one the
 // operands' last places leave room for an exact sum.
@@ -70,29 +62,10 @@ KEPS_INLINE V sineAt(V sine, V sineLow, V bulk, V cosineLess, const StepSeries<V
     return sum + (lost + rest);
 }
 
-// The rows of a table of 4 columns at four lanes' indices, one vector a column.
-struct Columns {
-    f64x4 c[4];
-};
-KEPS_INLINE Columns columns(const double *row0, const double *row1, const double *row2,
-                            const double *row3) {
-    const auto pair = [](const double *a, const double *b) KEPS_INLINE_LAMBDA {
-        return _mm256_set_m128d(_mm_load_pd(b), _mm_load_pd(a));
-    };
-    const __m256d a = pair(row0, row2), b = pair(row1, row3);
-    const __m256d c = pair(row0 + 2, row2 + 2), d = pair(row1 + 2, row3 + 2);
-    return {{{_mm256_unpacklo_pd(a, b)},
-             {_mm256_unpackhi_pd(a, b)},
-             {_mm256_unpacklo_pd(c, d)},
-             {_mm256_unpackhi_pd(c, d)}}};
-}
-
 KEPS_INLINE f64x4 sineAt(f64x4 q, int turn, const StepSeries<f64x4> &small) {
-    const __m128i low = _mm_castpd_si128(_mm256_castpd256_pd128(q.v));
-    const __m128i high = _mm_castpd_si128(_mm256_extractf128_pd(q.v, 1));
+    const LowWords i = lowWords(q);
     const auto row = [turn](int n) KEPS_INLINE_LAMBDA { return vdsin_data[(n + turn) & 63]; };
-    const Columns at = columns(row(_mm_cvtsi128_si32(low)), row(_mm_extract_epi32(low, 2)),
-                               row(_mm_cvtsi128_si32(high)), row(_mm_extract_epi32(high, 2)));
+    const auto at = columns4(row(i.n[0]), row(i.n[1]), row(i.n[2]), row(i.n[3]));
     return sineAt(at.c[0], at.c[1], at.c[2], at.c[3], small);
 }
 

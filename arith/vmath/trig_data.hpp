@@ -90,17 +90,41 @@ alignas(64) inline constexpr double vdsin_data[64][4] = {
 // sin(r) / r in r^2, |r| to pi/2; relative error 2^-27.3.
 inline constexpr float vssin_low[] = {0x1.0000000000000p+0f, -0x1.55554c0000000p-3f, 0x1.110eda0000000p-7f, -0x1.9f70ee0000000p-13f, 0x1.5dc8c20000000p-19f};
 
-// sin(r) / r in r^2, |r| to pi/2; relative error 2^-13.2.
-inline constexpr float vssin_fast[] = {0x1.fff1cc0000000p-1f, -0x1.53e27c0000000p-3f, 0x1.f23d000000000p-8f};
+// sin(r) / r in r^2, |r| to pi/2; relative error 2^-19.8.
+inline constexpr float vssin_fast[] = {0x1.0000000000000p+0f, -0x1.5551100000000p-3f, 0x1.10710e0000000p-7f, -0x1.84d8ec0000000p-13f};
 
-// sin(r) / r in r^2, |r| to pi/2; relative error 2^-35.4.
-inline constexpr double vssin_high[] = {0x1.ffffffffd15b5p-1, -0x1.555555416b1a9p-3, 0x1.11110b7239892p-7, -0x1.a017a83329749p-13, 0x1.716b8a76b0fadp-19, -0x1.9a0bb36fcd8fep-26};
+// sin(r) / r in r^2, |r| to pi/2; relative error 2^-35.3.
+inline constexpr double vssin_high[] = {0x1.0000000000000p+0, -0x1.555555475d7b5p-3, 0x1.11110c46b6c01p-7, -0x1.a017d87ca6d4bp-13, 0x1.717058a8ed703p-19, -0x1.9a64e2e61bde7p-26};
 
-// sin(r) / r in r^2, |r| to pi/2; relative error 2^-61.5.
-inline constexpr double vdsin_low[] = {0x1.0000000000000p+0, -0x1.5555555555555p-3, 0x1.11111111110c8p-7, -0x1.a01a01a014d6ep-13, 0x1.71de3a52a09fbp-19, -0x1.ae6454d4664f8p-26, 0x1.6123cd020c2b3p-33, -0x1.ae43829fca7dfp-41, 0x1.88326a8153314p-49};
+// sin(r) / r in r^2, |r| to pi/2; relative error 2^-52.5.
+inline constexpr double vdsin_low[] = {0x1.0000000000000p+0, -0x1.55555555554a8p-3, 0x1.111111110a53ep-7, -0x1.a01a019a62ec9p-13, 0x1.71de3805bcba3p-19, -0x1.ae6355581ace8p-26, 0x1.60e6b13ab8172p-33, -0x1.9f1359ab98b0cp-41};
 
-// sin(r) / r in r^2, |r| to pi/2; relative error 2^-27.5.
-inline constexpr double vdsin_fast[] = {0x1.ffffffd243813p-1, -0x1.555547ea279eap-3, 0x1.110e7a6d8cd6bp-7, -0x1.9f641eabd3286p-13, 0x1.5d36817614f77p-19};
+// sin(r) / r in r^2, |r| to pi/2; relative error 2^-35.3.
+inline constexpr double vdsin_fast[] = {0x1.0000000000000p+0, -0x1.555555475d7b5p-3, 0x1.11110c46b6c01p-7, -0x1.a017d87ca6d4bp-13, 0x1.717058a8ed703p-19, -0x1.9a64e2e61bde7p-26};
+
+// sin(r) / r in r^2, |r| to pi/4; relative error 2^-27.9.
+inline constexpr float sinQuarterLow32[] = {0x1.0000000000000p+0f, -0x1.5555460000000p-3f, 0x1.1107740000000p-7f, -0x1.9951f00000000p-13f};
+
+// cos(r) in r^2, |r| to pi/4; relative error 2^-24.6.
+inline constexpr float cosQuarterLow32[] = {0x1.0000000000000p+0f, -0x1.ffffb20000000p-2f, 0x1.553e5e0000000p-5f, -0x1.6447fe0000000p-10f};
+
+// sin(r) / r in r^2, |r| to pi/4; relative error 2^-19.0.
+inline constexpr float sinQuarterFast32[] = {0x1.0000000000000p+0f, -0x1.5544160000000p-3f, 0x1.0b7b880000000p-7f};
+
+// cos(r) in r^2, |r| to pi/4; relative error 2^-16.0.
+inline constexpr float cosQuarterFast32[] = {0x1.0000000000000p+0f, -0x1.ffc0fc0000000p-2f, 0x1.4b6ab20000000p-5f};
+
+// sin(r) / r in r^2, |r| to pi/4; relative error 2^-57.9.
+inline constexpr double sinQuarterLow64[] = {0x1.0000000000000p+0, -0x1.5555555555548p-3, 0x1.111111110f72fp-7, -0x1.a01a019be8fb0p-13, 0x1.71de355509263p-19, -0x1.ae5e4b6888a93p-26, 0x1.5d8b4d4934584p-33};
+
+// cos(r) in r^2, |r| to pi/4; relative error 2^-53.8.
+inline constexpr double cosQuarterLow64[] = {0x1.0000000000000p+0, -0x1.fffffffffff95p-2, 0x1.555555554ef8dp-5, -0x1.6c16c163f86ffp-10, 0x1.a019f80c957f1p-16, -0x1.27df3f9cc38d3p-22, 0x1.1b89b4dacdf09p-29};
+
+// sin(r) / r in r^2, |r| to pi/4; relative error 2^-37.5.
+inline constexpr double sinQuarterFast64[] = {0x1.0000000000000p+0, -0x1.5555554c6026dp-3, 0x1.1111085d2c492p-7, -0x1.a00f74533f8bdp-13, 0x1.6ccf58f078da7p-19};
+
+// cos(r) in r^2, |r| to pi/4; relative error 2^-33.8.
+inline constexpr double cosQuarterFast64[] = {0x1.0000000000000p+0, -0x1.ffffffcb13fe7p-2, 0x1.55553c5125c90p-5, -0x1.6c07e1973a922p-10, 0x1.9912d623a13ddp-16};
 
 // 1/pi; pi in parts that an 11-bit multiplier leaves exact in float, a 16-bit one in double.
 inline constexpr double invPi = 0x1.45f306dc9c883p-2;

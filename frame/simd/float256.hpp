@@ -88,10 +88,20 @@ KEPS_INLINE f32x8 max(f32x8 a, f32x8 b) { return {_mm256_max_ps(a.v, b.v)}; }
 KEPS_INLINE f32x8 operator&(f32x8 a, f32x8 b) { return {_mm256_and_ps(a.v, b.v)}; }
 KEPS_INLINE f32x8 operator|(f32x8 a, f32x8 b) { return {_mm256_or_ps(a.v, b.v)}; }
 KEPS_INLINE f32x8 operator^(f32x8 a, f32x8 b) { return {_mm256_xor_ps(a.v, b.v)}; }
-
-// Lane by lane, b where the mask's sign bit is set, else a.
-KEPS_INLINE f32x8 select(f32x8 mask, f32x8 a, f32x8 b) { return {_mm256_blendv_ps(a.v, b.v, mask.v)}; }
 // clang-format on
+
+// Lane by lane, b where the mask's sign bit is set, else a. Spelled in assembler: g++ 12 takes the
+// intrinsic apart into scalar comparisons where the processor has no wide integer ones.
+KEPS_INLINE f32x8 select(f32x8 mask, f32x8 a, f32x8 b) {
+    __m256 y;
+    __asm__("vblendvps %3, %2, %1, %0" : "=x"(y) : "x"(a.v), "x"(b.v), "x"(mask.v));
+    return {y};
+}
+KEPS_INLINE f64x4 select(f64x4 mask, f64x4 a, f64x4 b) {
+    __m256d y;
+    __asm__("vblendvpd %3, %2, %1, %0" : "=x"(y) : "x"(a.v), "x"(b.v), "x"(mask.v));
+    return {y};
+}
 
 // The lower and the upper 128 bits; the lower half costs nothing.
 KEPS_INLINE f32x4 lower(f32x8 x) {

@@ -106,6 +106,15 @@ KEPS_INLINE i16x8 narrowSaturated(i32x4 a, i32x4 b) {
     return {_mm_packs_epi32(a.v, b.v)};
 }
 
+// To double, exact: a conversion.
+KEPS_INLINE f64x4 toDouble(i32x4 x) {
+    return {_mm256_cvtepi32_pd(x.v)};
+}
+// To 32-bit integers, truncated; what does not fit becomes 0x80000000.
+KEPS_INLINE i32x4 toIntTruncated(f64x4 x) {
+    return {_mm256_cvttpd_epi32(x.v)};
+}
+
 // To float, exact up to 24 bits: a join and a conversion.
 KEPS_INLINE f32x8 toFloat(i32x4 lower, i32x4 upper) {
     return {_mm256_cvtepi32_ps(_mm256_set_m128i(upper.v, lower.v))};

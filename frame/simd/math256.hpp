@@ -31,8 +31,6 @@ KEPS_INLINE f64x4 notLessEqual(f64x4 a, f64x4 b) { return {_mm256_cmp_pd(a.v, b.
 KEPS_INLINE f32x8 equal(f32x8 a, f32x8 b) { return {_mm256_cmp_ps(a.v, b.v, _CMP_EQ_OQ)}; }
 KEPS_INLINE f64x4 equal(f64x4 a, f64x4 b) { return {_mm256_cmp_pd(a.v, b.v, _CMP_EQ_OQ)}; }
 
-KEPS_INLINE f64x4 select(f64x4 mask, f64x4 a, f64x4 b) { return {_mm256_blendv_pd(a.v, b.v, mask.v)}; }
-
 // The lanes' sign bits, lane 0 lowest.
 KEPS_INLINE unsigned signs(f32x8 x) { return static_cast<unsigned>(_mm256_movemask_ps(x.v)); }
 KEPS_INLINE unsigned signs(f64x4 x) { return static_cast<unsigned>(_mm256_movemask_pd(x.v)); }

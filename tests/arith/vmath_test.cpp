@@ -42,6 +42,7 @@ void holdPlaces(const std::vector<vmath::Table<T>> &tables) {
     for (const auto &table : tables)
         for (int slot = 0; slot < 3; ++slot)
             for (int n = 1; n <= 40; ++n) {
+                SCOPED_TRACE(table.name + vmath::levels[slot] + " length " + std::to_string(n));
                 const auto count = std::size_t(n);
                 std::vector<T> a = harness::mixed<T>(count, random);
                 std::vector<T> b = harness::mixed<T>(count, random), alone(count), alone2(count);

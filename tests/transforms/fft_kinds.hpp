@@ -79,6 +79,18 @@ inline const ComplexKind<float> &c32fc() {
     return kind;
 }
 
+inline const ComplexKind<float> &c32f() {
+    static const ComplexKind<float> kind{"C_32f",
+                                         kepsFFTGetSize_C_32f,
+                                         kepsFFTInit_C_32f,
+                                         28,
+                                         {},
+                                         {},
+                                         {kepsFFTFwd_CToC_32f, kepsFFTInv_CToC_32f},
+                                         {kepsFFTFwd_CToC_32f_I, kepsFFTInv_CToC_32f_I}};
+    return kind;
+}
+
 inline const RealKind<float> &r32f() {
     static const RealKind<float> kind{
         "R_32f",
@@ -89,6 +101,45 @@ inline const RealKind<float> &r32f() {
          {kepsFFTInv_CCSToR_32f, kepsFFTInv_PackToR_32f, kepsFFTInv_PermToR_32f}},
         {{kepsFFTFwd_RToCCS_32f_I, kepsFFTFwd_RToPack_32f_I, kepsFFTFwd_RToPerm_32f_I},
          {kepsFFTInv_CCSToR_32f_I, kepsFFTInv_PackToR_32f_I, kepsFFTInv_PermToR_32f_I}}};
+    return kind;
+}
+
+inline const ComplexKind<double> &c64fc() {
+    static const ComplexKind<double> kind{
+        "C_64fc",
+        kepsFFTGetSize_C_64fc,
+        kepsFFTInit_C_64fc,
+        27,
+        {onReals<Kep64fc, kepsFFTFwd_CToC_64fc>, onReals<Kep64fc, kepsFFTInv_CToC_64fc>},
+        {onRealsInPlace<Kep64fc, kepsFFTFwd_CToC_64fc_I>,
+         onRealsInPlace<Kep64fc, kepsFFTInv_CToC_64fc_I>},
+        {},
+        {}};
+    return kind;
+}
+
+inline const ComplexKind<double> &c64f() {
+    static const ComplexKind<double> kind{"C_64f",
+                                          kepsFFTGetSize_C_64f,
+                                          kepsFFTInit_C_64f,
+                                          27,
+                                          {},
+                                          {},
+                                          {kepsFFTFwd_CToC_64f, kepsFFTInv_CToC_64f},
+                                          {kepsFFTFwd_CToC_64f_I, kepsFFTInv_CToC_64f_I}};
+    return kind;
+}
+
+inline const RealKind<double> &r64f() {
+    static const RealKind<double> kind{
+        "R_64f",
+        kepsFFTGetSize_R_64f,
+        kepsFFTInit_R_64f,
+        28,
+        {{kepsFFTFwd_RToCCS_64f, kepsFFTFwd_RToPack_64f, kepsFFTFwd_RToPerm_64f},
+         {kepsFFTInv_CCSToR_64f, kepsFFTInv_PackToR_64f, kepsFFTInv_PermToR_64f}},
+        {{kepsFFTFwd_RToCCS_64f_I, kepsFFTFwd_RToPack_64f_I, kepsFFTFwd_RToPerm_64f_I},
+         {kepsFFTInv_CCSToR_64f_I, kepsFFTInv_PackToR_64f_I, kepsFFTInv_PermToR_64f_I}}};
     return kind;
 }
 

@@ -1,6 +1,7 @@
 // Fourier transforms against a long double reference on every path, flag, layout, placement and
 // alignment; sizes; statuses.
 #include <cmath>
+#include <cstdlib>
 
 #include "transforms/fft_kinds.hpp"
 
@@ -262,10 +263,92 @@ void checkRealOrders(const RealKind<T> &kind, int first, int last) {
 }
 
 TEST(Fft, complex_32fc) {
-    checkComplexOrders(c32fc(), 0, 18);
+    checkComplexOrders(c32fc(), 0, 20);
+}
+TEST(Fft, complex_32f) {
+    checkComplexOrders(c32f(), 0, 19);
+}
+TEST(Fft, complex_64fc) {
+    checkComplexOrders(c64fc(), 0, 19);
+}
+TEST(Fft, complex_64f) {
+    checkComplexOrders(c64f(), 0, 18);
 }
 TEST(Fft, real_32f) {
-    checkRealOrders(r32f(), 0, 19);
+    checkRealOrders(r32f(), 0, 20);
+}
+TEST(Fft, real_64f) {
+    checkRealOrders(r64f(), 0, 19);
+}
+
+// A transform that is too long for the reference, checked at random bins against those of its 256
+// interleaved parts, which are transforms of an order that the reference has checked; then back.
+template <class T>
+void checkLong(const ComplexKind<T> &kind, int order) {
+    SCOPED_TRACE(kind.name + " order " + std::to_string(order));
+    Random random(seed());
+    const std::size_t points = std::size_t{1} << order, parts = 256, shorter = points / parts;
+    PlanRoom whole(kind, order, kepFftScaleInverseByN), part(kind, order - 8, kepFftScaleNone);
+    auto x = randomReals<T>(2 * points, random);
+    std::vector<T> y(2 * points), p(2 * shorter);
+    Kep8u *work = whole.workAt({Spot::inside, 9});
+    const KepStatus status = kind.run[0]
+                                 ? kind.run[forward](x.data(), y.data(), whole.plan, work)
+                                 : kind.split[forward](x.data(), x.data() + points, y.data(),
+                                                       y.data() + points, whole.plan, work);
+    EXPECT_EQ(kepStatusOk, status);
+    const auto at = [&](const std::vector<T> &z, std::size_t n, std::size_t i) {
+        return kind.run[0] ? Wide(z[2 * i], z[2 * i + 1]) : Wide(z[i], z[n + i]);
+    };
+    std::vector<std::size_t> bins(64);
+    for (std::size_t &k : bins) k = random() % points;
+    std::vector<Wide> sums(bins.size());
+    const long double step = -2 * std::acos(-1.0L) / static_cast<long double>(points);
+    for (std::size_t r = 0; r < parts; ++r) {
+        for (std::size_t i = 0; i < shorter; ++i) {
+            const Wide z = at(x, points, i * parts + r);
+            p[kind.run[0] ? 2 * i : i] = static_cast<T>(z.real());
+            p[kind.run[0] ? 2 * i + 1 : shorter + i] = static_cast<T>(z.imag());
+        }
+        Kep8u *partWork = part.workAt({Spot::inside, 0});
+        if (kind.run[0])
+            kind.inPlace[forward](p.data(), part.plan, partWork);
+        else
+            kind.splitInPlace[forward](p.data(), p.data() + shorter, part.plan, partWork);
+        for (std::size_t b = 0; b < bins.size(); ++b)
+            sums[b] += at(p, shorter, bins[b] % shorter) *
+                       std::polar(1.0L, step * static_cast<long double>(bins[b] * r % points));
+    }
+    const long double size = std::sqrt(2.0L / 3 * static_cast<long double>(points));
+    for (std::size_t b = 0; b < bins.size(); ++b)
+        EXPECT_LT(std::abs(sums[b] - at(y, points, bins[b])), Bound<T>(order).most * size);
+    // In place, forward again and back.
+    auto z = x;
+    T *re = z.data(), *im = re + points;
+    work = whole.workAt({Spot::inside, 1});
+    kind.run[0] ? kind.inPlace[forward](re, whole.plan, work)
+                : kind.splitInPlace[forward](re, im, whole.plan, work);
+    EXPECT_TRUE(z == y) << "in place";
+    kind.run[0] ? kind.inPlace[inverse](re, whole.plan, work)
+                : kind.splitInPlace[inverse](re, im, whole.plan, work);
+    long double error = 0;
+    for (std::size_t i = 0; i < 2 * points; ++i)
+        error += (static_cast<long double>(z[i]) - x[i]) * (static_cast<long double>(z[i]) - x[i]);
+    EXPECT_LT(std::sqrt(error / (static_cast<long double>(points) * 2 / 3)),
+              1.5L * Bound<T>(order).rms);
+    EXPECT_TRUE(whole.unharmed());
+}
+
+// Blocks of 256 runs; with KEPS_LONG_FFT=1 also a level inside a level, which takes gigabytes.
+TEST(Fft, long_transforms) {
+    checkLong(c32fc(), 23);
+    checkLong(c64fc(), 22);
+    checkLong(c32f(), 23);
+    checkLong(c64f(), 22);
+    if (std::getenv("KEPS_LONG_FFT")) {
+        checkLong(c32fc(), 26);
+        checkLong(c64fc(), 26);
+    }
 }
 
 // The reference against sums formed term by term.
@@ -297,15 +380,27 @@ void checkSizes(GetSize *getSize, std::initializer_list<SizesRow> rows) {
 }
 
 TEST(Fft, sizes) {
-    checkSizes(kepsFFTGetSize_C_32fc, {{0, 208, 0, 0},
-                                       {6, 208, 0, 0},
-                                       {7, 1536, 0, 1088},
-                                       {18, 2359680, 262272, 2097216}});
+    for (GetSize *getSize : {kepsFFTGetSize_C_32fc, kepsFFTGetSize_C_32f})
+        checkSizes(getSize, {{0, 208, 0, 0},
+                             {6, 208, 0, 0},
+                             {7, 1536, 0, 1088},
+                             {18, 2359680, 262272, 2097216},
+                             {19, 2364288, 524416, 262208},
+                             {28, 1078727040, 268435584, 524352}});
+    for (GetSize *getSize : {kepsFFTGetSize_C_64fc, kepsFFTGetSize_C_64f})
+        checkSizes(getSize, {{7, 2560, 0, 2112},
+                             {10, 17792, 0, 16448},
+                             {11, 35200, 4224, 32832},
+                             {17, 2228608, 262272, 2097216},
+                             {18, 2361728, 524416, 262208},
+                             {27, 1078986112, 268435584, 524352}});
     checkSizes(kepsFFTGetSize_R_32f, {{4, 208, 0, 0},
                                       {5, 384, 0, 0},
                                       {7, 768, 0, 0},
                                       {8, 2560, 0, 1088},
-                                      {11, 17792, 2176, 8256}});
+                                      {11, 17792, 2176, 8256},
+                                      {19, 2359680 + 2 * 9216, 524416, 2097216}});
+    checkSizes(kepsFFTGetSize_R_64f, {{4, 208, 0, 0}, {5, 512, 0, 0}, {8, 4608, 0, 2112}});
 }
 
 template <class Kind>
@@ -349,30 +444,68 @@ void checkPlanStatuses(const Kind &kind, int limit) {
 
 TEST(Fft, plan_statuses) {
     checkPlanStatuses(c32fc(), 28);
+    checkPlanStatuses(c32f(), 28);
     checkPlanStatuses(r32f(), 29);
+    checkPlanStatuses(c64fc(), 27);
+    checkPlanStatuses(c64f(), 27);
+    checkPlanStatuses(r64f(), 28);
 }
 
-// run(src, dst, plan, work) of one kind; other is a plan of another kind.
+// run(src, dst, plan, work) of one kind; others are plans of all the other kinds.
 template <class T, class Call>
-void checkRunStatuses(const Call &run, KepsFftPlan *plan, KepsFftPlan *other) {
+void checkRunStatuses(const Call &run, KepsFftPlan *plan,
+                      const std::vector<KepsFftPlan *> &others) {
     T data[1024] = {};
     alignas(64) Kep8u work[16384];
     T *none = nullptr;
     EXPECT_EQ(kepStatusNullPointer, run(none, none, nullptr, nullptr));
-    EXPECT_EQ(kepStatusContextMismatch, run(none, none, other, nullptr));
+    for (KepsFftPlan *other : others)
+        EXPECT_EQ(kepStatusContextMismatch, run(none, none, other, nullptr));
     EXPECT_EQ(kepStatusNullPointer, run(none, data, plan, work));
     EXPECT_EQ(kepStatusNullPointer, run(data, none, plan, work));
     EXPECT_EQ(kepStatusNullPointer, run(data, data, plan, nullptr));
     EXPECT_EQ(kepStatusOk, run(data, data, plan, work));
 }
 
-TEST(Fft, run_statuses) {
-    PlanRoom complexPlan(c32fc(), 8, kepFftScaleNone), realPlan(r32f(), 8, kepFftScaleNone);
+// Each of the four arrays of a split transform missing in turn, beside the common chain.
+template <class T>
+void checkSplitStatuses(const ComplexKind<T> &kind, KepsFftPlan *plan,
+                        const std::vector<KepsFftPlan *> &others) {
+    T data[1024] = {};
+    alignas(64) Kep8u work[16384];
     for (const Direction direction : {forward, inverse}) {
-        checkRunStatuses<float>(c32fc().run[direction], complexPlan.plan, realPlan.plan);
-        for (const Layout layout : {ccs, pack, perm})
-            checkRunStatuses<float>(r32f().run[direction][layout], realPlan.plan, complexPlan.plan);
+        const auto run = kind.split[direction];
+        checkRunStatuses<T>(
+            [&](const T *src, T *dst, const KepsFftPlan *p, Kep8u *w) {
+                return run(src, src ? src + 256 : src, dst, dst ? dst + 256 : dst, p, w);
+            },
+            plan, others);
+        EXPECT_EQ(kepStatusNullPointer, run(data, nullptr, data, data + 256, plan, work));
+        EXPECT_EQ(kepStatusNullPointer, run(data, data + 256, data, nullptr, plan, work));
+        EXPECT_EQ(kepStatusNullPointer, kind.splitInPlace[direction](data, nullptr, plan, work));
     }
+}
+
+TEST(Fft, run_statuses) {
+    constexpr int order = 8, flag = kepFftScaleNone;
+    PlanRoom rooms[] = {{c32fc(), order, flag}, {c32f(), order, flag}, {r32f(), order, flag},
+                        {c64fc(), order, flag}, {c64f(), order, flag}, {r64f(), order, flag}};
+    const auto others = [&](int mine) {
+        std::vector<KepsFftPlan *> plans;
+        for (int i = 0; i < 6; ++i)
+            if (i != mine) plans.push_back(rooms[i].plan);
+        return plans;
+    };
+    for (const Direction direction : {forward, inverse}) {
+        checkRunStatuses<float>(c32fc().run[direction], rooms[0].plan, others(0));
+        checkRunStatuses<double>(c64fc().run[direction], rooms[3].plan, others(3));
+        for (const Layout layout : {ccs, pack, perm}) {
+            checkRunStatuses<float>(r32f().run[direction][layout], rooms[2].plan, others(2));
+            checkRunStatuses<double>(r64f().run[direction][layout], rooms[5].plan, others(5));
+        }
+    }
+    checkSplitStatuses(c32f(), rooms[1].plan, others(1));
+    checkSplitStatuses(c64f(), rooms[4].plan, others(4));
 }
 
 } // namespace

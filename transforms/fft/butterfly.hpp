@@ -98,6 +98,8 @@ struct Split {
         _mm_prefetch(re + i, _MM_HINT_T0);
         _mm_prefetch(im + i, _MM_HINT_T0);
     }
+    // The vector of real (0) or imaginary (1) parts of the points from i on.
+    KEPS_INLINE E *part(int which, size i) const { return (which == 0 ? re : im) + i; }
     KEPS_INLINE Split at(size i) const { return {re + i, im + i}; }
 };
 
@@ -117,6 +119,7 @@ struct Grouped {
         keps::store(p + 2 * i + V::lanes, z.im);
     }
     KEPS_INLINE void prefetch(size i) const { _mm_prefetch(p + 2 * i, _MM_HINT_T0); }
+    KEPS_INLINE E *part(int which, size i) const { return p + 2 * i + V::lanes * which; }
     KEPS_INLINE Grouped at(size i) const { return {p + 2 * i}; }
 };
 

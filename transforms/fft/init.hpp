@@ -64,7 +64,7 @@ struct Kind {
 
 template <class T>
 constexpr int orderLimit(Kind kind) {
-    return Traits<T>::largeOrder - 1 + kind.real; // the large path is not built yet
+    return Traits<T>::maxOrder + kind.real;
 }
 
 template <class T>

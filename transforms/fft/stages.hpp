@@ -18,10 +18,10 @@ constexpr int firstRunBits(const StagePlan &plan) {
 }
 
 // Transforms Run rows of V::lanes columns, rowStride points apart, down the columns, and writes
-// each column as a run: the one with number c to out + rev(c) * laneStride, which the transposition
-// does on the way. twiddles are those of the second radix-4 stage.
-template <int Run, class In>
-KEPS_INLINE void firstTile(In in, size rowStride, typename In::T *out, size laneStride,
+// each column as a run: the one with number c to point rev(c) * laneStride of out, which the
+// transposition does on the way. twiddles are those of the second radix-4 stage.
+template <int Run, class In, class Data>
+KEPS_INLINE void firstTile(In in, size rowStride, Data out, size laneStride,
                            const typename In::T *twiddles) {
     using T = typename In::T;
     using V = typename In::V;
@@ -57,11 +57,11 @@ KEPS_INLINE void firstTile(In in, size rowStride, typename In::T *out, size lane
     }
     times<Run / lanes>([&](int group) KEPS_INLINE_LAMBDA {
         times<2>([&](int part) KEPS_INLINE_LAMBDA {
-            T *to = out + 2 * lanes * group + lanes * part;
             transposed(rows[lanes * group][part], 2 * lanes, [&](int lane, V x) KEPS_INLINE_LAMBDA {
                 constexpr int bits = lanes == 8 ? 3 : 2;
                 const auto c = static_cast<std::uint32_t>(In::column(lane));
-                storeAligned(to + size{bitReversed(c, bits)} * laneStride, x);
+                const size run = size{bitReversed(c, bits)} * laneStride;
+                store(out.part(part, run + lanes * group), x);
             });
         });
     });
@@ -72,40 +72,42 @@ template <int Run, class In>
 void firstPass(In in, typename In::T *out, int order, const std::uint32_t *bitRev,
                const typename In::T *twiddles) {
     constexpr int lanes = In::V::lanes;
-    const size points = size{1} << order, rowStride = points / Run;
-    const size laneStride = 2 * points / lanes;
+    const size points = size{1} << order, rowStride = points / Run, laneStride = points / lanes;
     constexpr size step = Run / 4;
     const size tiles = points / (Run * lanes);
-    for (size t = 0; t < tiles; ++t, out += 2 * Run) {
+    for (size t = 0; t < tiles; ++t) {
         const size next = bitRev[(t + 1) * step] / 2;
         times<Run>([&](int r) KEPS_INLINE_LAMBDA { in.prefetch(next + r * rowStride); });
-        firstTile<Run>(in.at(bitRev[t * step] / 2), rowStride, out, laneStride, twiddles);
+        firstTile<Run>(in.at(bitRev[t * step] / 2), rowStride,
+                       Grouped<typename In::T>{out + 2 * Run * t}, laneStride, twiddles);
     }
 }
 
-// One stage over one run: R runs of columns points in data are joined to one, which goes to out
-// (data itself, or the caller's array).
+// R runs of columns points, fromStride apart in data, joined to one, whose R parts go toStride
+// apart to out.
 template <int R, class Data, class Out>
-KEPS_INLINE void joinRuns(Data data, Out out, size columns, const typename Data::T *twiddles) {
+KEPS_INLINE void joinRuns(Data data, size fromStride, Out out, size toStride, size columns,
+                          const typename Data::T *twiddles) {
     using V = typename Data::V;
     for (size k = 0; k < columns; k += V::lanes, twiddles += 2 * V::lanes * (R - 1)) {
         planar<V> a[R];
         a[0] = data.load(k);
         times<R - 1>([&](int j) KEPS_INLINE_LAMBDA {
-            a[j + 1] = data.load(k + runOf<R>(j + 1) * columns) *
+            a[j + 1] = data.load(k + runOf<R>(j + 1) * fromStride) *
                        loadPlanar<V>(twiddles + 2 * V::lanes * j);
         });
         butterfly<R>(a);
-        times<R>([&](int q) KEPS_INLINE_LAMBDA { out.store(k + q * columns, a[q]); });
+        times<R>([&](int q) KEPS_INLINE_LAMBDA { out.store(k + q * toStride, a[q]); });
     }
 }
 
+// One stage over one run of data, in place or to the caller's array.
 template <class Data, class Out>
 void joinRuns(Data data, Out out, const Stage &stage, const typename Data::T *core) {
     const size columns = size{1} << stage.columnBits;
     const typename Data::T *twiddles = core + stage.twiddles;
-    stage.bits == 2 ? joinRuns<4>(data, out, columns, twiddles)
-                    : joinRuns<8>(data, out, columns, twiddles);
+    stage.bits == 2 ? joinRuns<4>(data, columns, out, columns, columns, twiddles)
+                    : joinRuns<8>(data, columns, out, columns, columns, twiddles);
 }
 
 // Brings the run at data through stages first to last of the plan. A run that fits the block is

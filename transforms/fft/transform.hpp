@@ -3,10 +3,9 @@
 
 #include "frame/blocks.hpp"
 #include "frame/entry.hpp"
+#include "transforms/fft/large.hpp"
 #include "transforms/fft/recombine.hpp"
 #include "transforms/fft/small_real.hpp"
-#include "transforms/fft/stages.hpp"
-#include "transforms/fft/stand_in.hpp"
 
 namespace keps::fft {
 
@@ -31,28 +30,12 @@ KEPS_INLINE T *alignedWork(const Plan<T> &plan, Kep8u *work) {
     return plan.workSize > 0 ? reinterpret_cast<T *>(alignUp(work, 64)) : nullptr;
 }
 
-template <class T>
-KEPS_INLINE void scaleBy(T factor, T *data, size len) {
-    if constexpr (sizeof(T) == 4)
-        kepsMulC_32f_I(factor, data, static_cast<int32_t>(len));
-    else
-        kepsMulC_64f_I(factor, data, static_cast<int32_t>(len));
+// Moves between arrays that may overlap.
+KEPS_INLINE void moveReals(const float *src, float *dst, size len) {
+    kepsMove_32f(src, dst, static_cast<int32_t>(len));
 }
-
-template <class T>
-KEPS_INLINE void moveDown(T *data, size len) {
-    if constexpr (sizeof(T) == 4)
-        kepsMove_32f(data + 1, data, static_cast<int32_t>(len));
-    else
-        kepsMove_64f(data + 1, data, static_cast<int32_t>(len));
-}
-
-template <class T>
-KEPS_INLINE void moveUp(const T *src, T *dst, size len) {
-    if constexpr (sizeof(T) == 4)
-        kepsMove_32f(src, dst, static_cast<int32_t>(len));
-    else
-        kepsMove_64f(src, dst, static_cast<int32_t>(len));
+KEPS_INLINE void moveReals(const double *src, double *dst, size len) {
+    kepsMove_64f(src, dst, static_cast<int32_t>(len));
 }
 
 // Interleaved points of 2^order, which is the plan's order or, for a real plan, one less.
@@ -64,9 +47,12 @@ KEPS_INLINE void runComplex(const T *src, T *dst, const Plan<T> &plan, int order
                 : small::tbl_cFFT_small<T, direction, false>)[order](src, dst, plan.scaleFactor);
         return;
     }
+    const Interleaved<const T, direction> in{src};
+    const Interleaved<T, direction> out{dst};
+    if (order >= Traits<T>::largeOrder)
+        return owns_cFft_Large(in, Grouped<T>{dst}, out, order, src == dst, plan, scaled, work);
     const bool onDst = src != dst && reinterpret_cast<std::uintptr_t>(dst) % 32 == 0;
-    owns_cRadix4Norm(Interleaved<const T, direction>{src}, Interleaved<T, direction>{dst}, order,
-                     plan.twiddleCore, plan.bitRevTable, onDst ? dst : work);
+    owns_cRadix4Norm(in, out, order, plan.twiddleCore, plan.bitRevTable, onDst ? dst : work);
     if (scaled) scaleBy(plan.scaleFactor, dst, size{2} << order);
 }
 
@@ -76,6 +62,40 @@ KEPS_INLINE KepStatus complexTransform(int tag, const T *src, T *dst, const Keps
     if (const KepStatus refused = refusePlan<T>(tag, handle, work, src, dst)) return refused;
     const Plan<T> &plan = planOf<T>(handle);
     runComplex<direction>(src, dst, plan, plan.order, alignedWork(plan, work));
+    return kepStatusOk;
+}
+
+// Two arrays each; the stages run in work, whose one area they cross faster than two. The inverse
+// is the forward transform with real and imaginary parts exchanged.
+template <Direction direction, class T>
+KEPS_INLINE KepStatus splitTransform(int tag, const T *srcRe, const T *srcIm, T *dstRe, T *dstIm,
+                                     const KepsFftPlan *handle, Kep8u *workMem) {
+    if (const KepStatus refused = refusePlan<T>(tag, handle, workMem, srcRe, srcIm, dstRe, dstIm))
+        return refused;
+    if constexpr (direction == inverse) {
+        std::swap(srcRe, srcIm);
+        std::swap(dstRe, dstIm);
+    }
+    const Plan<T> &plan = planOf<T>(handle);
+    const int order = plan.order;
+    const bool scaled = direction == forward ? plan.scaleForward : plan.scaleInverse;
+    if (order <= 6) {
+        (scaled ? small::tbl_crFFT_small<T, true> : small::tbl_crFFT_small<T, false>)[order](
+            srcRe, srcIm, dstRe, dstIm, plan.scaleFactor);
+        return kepStatusOk;
+    }
+    T *work = alignedWork(plan, workMem);
+    const Split<const T> in{srcRe, srcIm};
+    const Split<T> out{dstRe, dstIm};
+    if (order >= Traits<T>::largeOrder) {
+        owns_cFft_Large(in, out, out, order, srcRe == dstRe, plan, scaled, work);
+        return kepStatusOk;
+    }
+    owns_cRadix4Norm(in, out, order, plan.twiddleCore, plan.bitRevTable, work);
+    if (scaled) {
+        scaleBy(plan.scaleFactor, dstRe, size{1} << order);
+        scaleBy(plan.scaleFactor, dstIm, size{1} << order);
+    }
     return kepStatusOk;
 }
 
@@ -103,7 +123,7 @@ KEPS_INLINE KepStatus realToSpectrum(int tag, const T *src, T *dst, const KepsFf
         storeOne(dst + reals, middle);
         storeOne(dst + reals + 1, T(0));
     } else {
-        moveDown(dst + 1, reals - 2);
+        moveReals(dst + 2, dst + 1, reals - 2);
         storeOne(dst + reals - 1, middle);
     }
     return kepStatusOk;
@@ -126,7 +146,7 @@ KEPS_INLINE KepStatus spectrumToReal(int tag, const T *src, T *dst, const KepsFf
                                     : layout == layoutPerm ? 1
                                                            : reals - 1));
     if constexpr (layout == layoutPack) {
-        moveUp(src + 1, dst + 2, reals - 2);
+        moveReals(src + 1, dst + 2, reals - 2);
         src = dst;
     }
     owns_cCcsRecombine(src, dst, points, plan.ccsRecombineTable);

@@ -1,0 +1,76 @@
+// Sine and cosine by polynomials alone: over half a turn for one of them, over a quarter for both.
+#pragma once
+
+#include "arith/vmath/trig.hpp"
+
+namespace keps::vmath {
+
+inline constexpr int quarterOfTable = 16; // a quarter turn in steps of the table of sines
+
+// Adding magic rounds to an integer, whose low bit then moves to the sign by top places. pi comes
+// in parts; a multiplier of some bits leaves all products but the last exact.
+template <class V>
+struct Turn;
+template <>
+struct Turn<f32x8> {
+    static constexpr double magic = 0x1.8p23;
+    static constexpr int top = 31;
+    static constexpr double part[] = {piFloat1, piFloat2, piFloat3};
+    static constexpr double limit = 3200; // 10 bits of half turns and a half, or of quarters
+};
+template <>
+struct Turn<f64x4> {
+    static constexpr double magic = 0x1.8p52;
+    static constexpr int top = 63;
+    static constexpr double part[] = {piDouble1, piDouble2, piDouble3};
+    static constexpr double limit = 102900;
+};
+
+// All lanes that are not within the limit in size, NaN too.
+template <class V>
+KEPS_INLINE V beyond(V x, double limit) {
+    return notLessEqual(without(x, constant<V>(-0.0)), constant<V>(limit));
+}
+
+// x - n pi unit. Exact but for the last places of the last two steps: near a multiple of pi, where
+// the result is small, the first differences are exact.
+template <class V>
+KEPS_INLINE V lessTurns(V x, V n, double unit) {
+    using T = Turn<V>;
+    return ((x - n * constant<V>(T::part[0] * unit)) - n * constant<V>(T::part[1] * unit)) -
+           n * constant<V>(T::part[2] * unit);
+}
+
+// sin(x) = (-1)^n sin(x - n pi), n the nearest integer. The product keeps the sign of zero.
+template <class V, class T, std::size_t n>
+KEPS_INLINE V sineByHalves(V x, const T (&series)[n]) {
+    const V magic = constant<V>(Turn<V>::magic);
+    const V q = x * constant<V>(invPi) + magic;
+    const V r = lessTurns(x, q - magic, 1);
+    return r * polynomial(r * r, series) ^ shiftLeft<Turn<V>::top>(q);
+}
+
+// cos(x) = -(-1)^k sin(x - (k + 1/2) pi); the magic number's odd end gives the minus.
+template <class V, class T, std::size_t n>
+KEPS_INLINE V cosineByHalves(V x, const T (&series)[n]) {
+    const V magic = constant<V>(Turn<V>::magic + 1), half = constant<V>(0.5);
+    const V q = (x * constant<V>(invPi) - half) + magic;
+    const V r = lessTurns(x, (q - magic) + half, 1);
+    return r * polynomial(r * r, series) ^ shiftLeft<Turn<V>::top>(q);
+}
+
+// Both, with the quarter turn's parity deciding which series is which.
+template <class V, class T, std::size_t n, std::size_t m>
+KEPS_INLINE void bothByQuarters(V x, const T (&sineSeries)[n], const T (&cosineSeries)[m], V &sine,
+                                V &cosine) {
+    constexpr int top = Turn<V>::top;
+    const V magic = constant<V>(Turn<V>::magic);
+    const V q = x * constant<V>(2 * invPi) + magic;
+    const V r = lessTurns(x, q - magic, 0.5);
+    const V s = r * polynomial(r * r, sineSeries), c = polynomial(r * r, cosineSeries);
+    const V odd = shiftLeft<top>(q), second = shiftLeft<top - 1>(q), sign = constant<V>(-0.0);
+    sine = select(odd, s, c) ^ (second & sign);
+    cosine = select(odd, c, s) ^ ((second ^ odd) & sign);
+}
+
+} // namespace keps::vmath

@@ -1,0 +1,133 @@
+// Natural logarithms.
+#include "arith/vmath/ln.hpp"
+
+using namespace keps;
+using namespace keps::vmath;
+
+double keps::vmath::lnSlow(double x) {
+    int below = 0;
+    if (x < 0x1p-1022) {
+        x *= 0x1p54;
+        below = 54;
+    }
+    const auto bits = __builtin_bit_cast(std::uint64_t, x);
+    const auto t = static_cast<std::int64_t>(bits) - (std::int64_t{0x3FE6A000} << 32);
+    const auto k = t >> 52;
+    const double *row = vdln_data[(t >> 45) & 127];
+    const auto m = __builtin_bit_cast(double, bits - (static_cast<std::uint64_t>(k) << 52));
+    const auto upper =
+        __builtin_bit_cast(double, __builtin_bit_cast(std::uint64_t, m) & 0xFFFFFFFFF0000000);
+    return lnHigh<double>(
+        {static_cast<double>(k - below), upper * row[0] - 1, (m - upper) * row[0]}, row[1], row[2]);
+}
+
+namespace {
+
+// Zero, infinity, NaN and negative numbers; false for the others.
+template <class T>
+bool lnSpecial(T x, T *y, int &code) {
+    code = 0;
+    volatile T nothing = 0; // divided by, so that the processor raises what belongs to the case
+    if (x != x)
+        *y = x * x;
+    else if (x == 0)
+        *y = -1 / nothing, code = singularity;
+    else if (x < 0)
+        *y = nothing / nothing, code = domain;
+    else if (__builtin_isinf(x))
+        *y = x;
+    else
+        return false;
+    return true;
+}
+
+int vsln_cout_rare(const float *x, float *y) {
+    int code;
+    if (!lnSpecial(*x, y, code)) *y = static_cast<float>(lnSlow(*x));
+    return code;
+}
+
+struct Double {
+    using V = f64x4;
+    static constexpr int in = 1, out = 1;
+    static int rare(const double *x, double *y) { return vdln_cout_rare(x, y); }
+};
+struct DoubleHigh : Double {
+    KEPS_INLINE static void fast(const V *x, V *y, V &outside) {
+        const LnPlace place = lnPlace(*x);
+        *y = lnHigh(place.m, place.at.c[1], place.at.c[2]);
+        outside = lnBeyond(*x);
+    }
+};
+template <const auto &series>
+struct DoubleShort : Double {
+    KEPS_INLINE static void fast(const V *x, V *y, V &outside) {
+        *y = lnShort(*x, series);
+        outside = lnBeyond(*x);
+    }
+};
+
+struct Single {
+    using V = f32x8;
+    static constexpr int in = 1, out = 1;
+    static int rare(const float *x, float *y) { return vsln_cout_rare(x, y); }
+    KEPS_INLINE static V beyond(V x) {
+        return notLessEqual(splat<V>(0x1p-126F), x) | notLessEqual(x, splat<V>(__FLT_MAX__));
+    }
+};
+// x = 2^e m with m between the roots of 1/2 and 2; ln m = 2 artanh((m - 1) / (m + 1)). The exponent
+// field converts to a number as it stands, since there are conversions where there are no shifts.
+template <const auto &series>
+struct SingleShort : Single {
+    KEPS_INLINE static void fast(const V *x, V *y, V &outside) {
+        const V field = *x & splatBits<V>(0x7F800000);
+        const V m1 = (*x & splatBits<V>(0x007FFFFF)) | splat<V>(1);
+        const V big = notLess(m1, splat<V>(0x1.6a09e6p+0F));
+        const V m = m1 ^ (big & splatBits<V>(0x00800000));
+        const V e = V{_mm256_cvtepi32_ps(_mm256_castps_si256(field.v))} * splat<V>(0x1p-23F) -
+                    (splat<V>(127) - (big & splat<V>(1)));
+        const V f = m - splat<V>(1);
+        const V s = f / (f + splat<V>(2));
+        const V s2 = s * s;
+        *y = e * splat<V>(ln2Float) + (s + s + s * s2 * polynomial(s2, series));
+        outside = beyond(*x);
+    }
+};
+struct SingleHigh : Single {
+    KEPS_INLINE static void fast(const V *x, V *y, V &outside) {
+        *y = toFloat(lnShort(lowerToDouble(*x), vdln_low), lnShort(upperToDouble(*x), vdln_low));
+        outside = beyond(*x);
+    }
+};
+
+} // namespace
+
+int keps::vmath::vdln_cout_rare(const double *x, double *y) {
+    int code;
+    if (!lnSpecial(*x, y, code)) *y = lnSlow(*x);
+    return code;
+}
+
+int own_keps_sLn_E9LAynn(const float *src, float *dst, int32_t len) {
+    return run<SingleShort<vsln_low>>(src, dst, len);
+}
+int own_keps_sLn_E9HAynn(const float *src, float *dst, int32_t len) {
+    return run<SingleHigh>(src, dst, len);
+}
+int own_keps_sLn_E9EPnnn(const float *src, float *dst, int32_t len) {
+    return run<SingleShort<vsln_fast>>(src, dst, len);
+}
+int own_keps_dLn_E9LAynn(const double *src, double *dst, int32_t len) {
+    return run<DoubleShort<vdln_low>>(src, dst, len);
+}
+int own_keps_dLn_E9HAynn(const double *src, double *dst, int32_t len) {
+    return run<DoubleHigh>(src, dst, len);
+}
+int own_keps_dLn_E9EPnnn(const double *src, double *dst, int32_t len) {
+    return run<DoubleShort<vdln_fast>>(src, dst, len);
+}
+
+Unary32 *const own_keps_sLn_E9_ttab[] = {own_keps_sLn_E9LAynn, own_keps_sLn_E9HAynn,
+                                         own_keps_sLn_E9EPnnn};
+Unary64 *const own_keps_dLn_E9_ttab[] = {own_keps_dLn_E9LAynn, own_keps_dLn_E9HAynn,
+                                         own_keps_dLn_E9EPnnn};

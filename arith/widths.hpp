@@ -1,0 +1,63 @@
+// Integer samples as float vectors, and integers narrowed to samples with saturation. A vector of
+// samples holds as many elements as the float vector, in its lower lanes.
+#pragma once
+
+#include "frame/simd/shapes.hpp"
+
+namespace keps {
+
+// Widen<V>: to float, exact up to V's precision.
+template <class V>
+struct Widen;
+
+// 3 to 5 instructions.
+template <>
+struct Widen<f32x8> {
+    KEPS_INLINE f32x8 operator()(i8x16 x) const {
+        return toFloat({_mm_cvtepi8_epi32(x.v)}, {_mm_cvtepi8_epi32(_mm_srli_si128(x.v, 4))});
+    }
+    KEPS_INLINE f32x8 operator()(u8x16 x) const {
+        return toFloat({_mm_cvtepu8_epi32(x.v)}, {_mm_cvtepu8_epi32(_mm_srli_si128(x.v, 4))});
+    }
+    KEPS_INLINE f32x8 operator()(i16x8 x) const { return toFloat(widenLower(x), widenUpper(x)); }
+    KEPS_INLINE f32x8 operator()(u16x8 x) const {
+        const __m128i nothing = _mm_setzero_si128();
+        return toFloat({_mm_cvtepu16_epi32(x.v)}, {_mm_unpackhi_epi16(x.v, nothing)});
+    }
+    KEPS_INLINE f32x8 operator()(two<i32x4> x) const { return toFloat(x.lo, x.hi); }
+};
+
+// 1 to 2 instructions.
+template <>
+struct Widen<f64x4> {
+    KEPS_INLINE f64x4 operator()(i16x8 x) const { return toDouble(widenLower(x)); }
+    KEPS_INLINE f64x4 operator()(u16x8 x) const { return toDouble({_mm_cvtepu16_epi32(x.v)}); }
+    KEPS_INLINE f64x4 operator()(i32x4 x) const { return toDouble(x); }
+};
+
+// narrowTo<T>(x): 32-bit integers saturated to T's range; the most negative integer becomes T's
+// minimum.
+template <class T>
+KEPS_INLINE auto narrowTo(two<i32x4> x) {
+    if constexpr (std::is_same_v<T, std::int32_t>) {
+        return x;
+    } else if constexpr (std::is_same_v<T, std::uint16_t>) {
+        return u16x8{_mm_packus_epi32(x.lo.v, x.hi.v)};
+    } else {
+        const i16x8 narrow = narrowSaturated(x.lo, x.hi);
+        if constexpr (std::is_same_v<T, std::int16_t>) return narrow;
+        if constexpr (std::is_same_v<T, std::int8_t>)
+            return i8x16{_mm_packs_epi16(narrow.v, narrow.v)};
+        if constexpr (std::is_same_v<T, std::uint8_t>)
+            return u8x16{_mm_packus_epi16(narrow.v, narrow.v)};
+    }
+}
+template <class T>
+KEPS_INLINE auto narrowTo(i32x4 x) {
+    if constexpr (std::is_same_v<T, std::int32_t>)
+        return x;
+    else
+        return narrowTo<T>(two<i32x4>{x, x});
+}
+
+} // namespace keps

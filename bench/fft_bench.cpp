@@ -1,0 +1,161 @@
+// Fourier transforms against FFTW's plans, measured and estimated, and KissFFT.
+#if defined(KEPS_PEER_FFTW)
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <fftw3.h>
+#include <memory>
+#include <mutex>
+#include <random>
+#include <vector>
+
+#include "bench.hpp"
+#include "keps.h"
+
+namespace {
+
+// One precision's names, ours and FFTW's.
+struct Single {
+    using Real = float;
+    using Complex = Kep32fc;
+    using Pair = fftwf_complex;
+    using Plan = fftwf_plan;
+    static constexpr const char *mark = "32f";
+    static constexpr const char *wisdom = KEPS_WISDOM_DIR "/fftwf.wisdom";
+    static constexpr auto importWisdom = fftwf_import_wisdom_from_filename;
+    static constexpr auto exportWisdom = fftwf_export_wisdom_to_filename;
+    static constexpr auto execute = fftwf_execute;
+    static constexpr auto planComplex = fftwf_plan_dft_1d;
+    static constexpr auto planForward = fftwf_plan_dft_r2c_1d;
+    static constexpr auto planInverse = fftwf_plan_dft_c2r_1d;
+    static constexpr auto allocate = fftwf_malloc;
+    static constexpr auto release = fftwf_free;
+    static constexpr auto complexSize = kepsFFTGetSize_C_32fc;
+    static constexpr auto complexInit = kepsFFTInit_C_32fc;
+    static constexpr auto complexForward = kepsFFTFwd_CToC_32fc;
+    static constexpr auto complexInverse = kepsFFTInv_CToC_32fc;
+    static constexpr auto realSize = kepsFFTGetSize_R_32f;
+    static constexpr auto realInit = kepsFFTInit_R_32f;
+    static constexpr auto realForward = kepsFFTFwd_RToCCS_32f;
+    static constexpr auto realInverse = kepsFFTInv_CCSToR_32f;
+};
+
+// A transform's arrays, our plan and FFTW's; both sides have arrays of their own.
+template <class P>
+struct Job {
+    using Real = typename P::Real;
+
+    Job(int o, bool isReal, bool isInverse, bool isInPlace)
+        : order(o), real(isReal), inverse(isInverse), inPlace(isInPlace) {
+        const std::size_t bytes = ((std::size_t{2} << order) + 4) * sizeof(Real);
+        for (Real *&p : area) p = static_cast<Real *>(P::allocate(bytes));
+        int spec, buffer, work;
+        (real ? P::realSize : P::complexSize)(order, kepFftScaleNone, 0, &spec, &buffer, &work);
+        specMem.resize(static_cast<std::size_t>(spec));
+        bufferMem.resize(static_cast<std::size_t>(buffer));
+        workMem.resize(static_cast<std::size_t>(work));
+        (real ? P::realInit : P::complexInit)(&plan, order, kepFftScaleNone, 0, specMem.data(),
+                                              bufferMem.data());
+    }
+    ~Job() {
+        for (Real *p : area) P::release(p);
+    }
+    Job(const Job &) = delete;
+    Job &operator=(const Job &) = delete;
+
+    // Small values, so that repeated transforms in place do not overflow soon; zeros stay zeros.
+    void fill() {
+        std::minstd_rand random(1);
+        for (int side = 0; side < 2; ++side)
+            for (std::size_t i = 0; i < std::size_t{2} << order; ++i) {
+                area[2 * side][i] =
+                    side == 0 ? static_cast<Real>(random() % 2048) / 1024 - 1 : area[0][i];
+            }
+        // A spectrum of a real signal.
+        if (real && inverse)
+            for (int side = 0; side < 2; ++side)
+                area[2 * side][1] = area[2 * side][(std::size_t{1} << order) + 1] = 0;
+    }
+    void clear() {
+        for (Real *p : area)
+            std::memset(static_cast<void *>(p), 0, ((std::size_t{2} << order) + 4) * sizeof(Real));
+    }
+
+    void makePeer(unsigned how) {
+        const int n = 1 << order;
+        Real *src = area[2], *dst = inPlace ? src : area[3];
+        auto *srcPairs = reinterpret_cast<typename P::Pair *>(src);
+        auto *dstPairs = reinterpret_cast<typename P::Pair *>(dst);
+        peer = real ? inverse
+                          ? P::planInverse(n, srcPairs, dst, how | FFTW_PRESERVE_INPUT * !inPlace)
+                          : P::planForward(n, src, dstPairs, how)
+                    : P::planComplex(n, srcPairs, dstPairs, inverse ? 1 : -1, how);
+    }
+
+    void ours() {
+        Real *src = area[0], *dst = inPlace ? src : area[1];
+        if (real) {
+            (inverse ? P::realInverse : P::realForward)(src, dst, plan, workMem.data());
+        } else {
+            using C = typename P::Complex;
+            (inverse ? P::complexInverse : P::complexForward)(
+                reinterpret_cast<C *>(src), reinterpret_cast<C *>(dst), plan, workMem.data());
+        }
+    }
+    void theirs() { P::execute(peer); }
+
+    bool agree() {
+        fill();
+        ours();
+        theirs();
+        const Real *a = area[inPlace ? 0 : 1], *b = area[inPlace ? 2 : 3];
+        const std::size_t n = std::size_t{1} << order;
+        const std::size_t reals = real ? inverse ? n : n + 2 : 2 * n;
+        double error = 0, power = 0;
+        for (std::size_t i = 0; i < reals; ++i) {
+            const double d = static_cast<double>(a[i]) - static_cast<double>(b[i]);
+            error += d * d;
+            power += static_cast<double>(b[i]) * static_cast<double>(b[i]);
+        }
+        // Data for the timing: zeros, which stay what they are in place.
+        clear();
+        return std::sqrt(error / power) <
+               8 * static_cast<double>(std::numeric_limits<Real>::epsilon());
+    }
+
+    int order;
+    bool real, inverse, inPlace;
+    Real *area[4];
+    std::vector<Kep8u> specMem, bufferMem, workMem;
+    KepsFftPlan *plan = nullptr;
+    typename P::Plan peer = nullptr;
+};
+
+template <class P>
+void addOne(int order, bool real, bool inverse, bool inPlace) {
+    const std::string name = std::string(real ? "R_" : "C_") + P::mark + (real ? "" : "c") +
+                             (inverse ? " inverse" : " forward") + (inPlace ? " in place" : "");
+    for (const unsigned how : {FFTW_MEASURE, FFTW_ESTIMATE}) {
+        const auto job = std::make_shared<Job<P>>(order, real, inverse, inPlace);
+        job->makePeer(how);
+        bench::add({"fft", name, std::int64_t{1} << order,
+                    how == FFTW_MEASURE ? "FFTW measured" : "FFTW estimated",
+                    [job] { job->ours(); }, [job] { job->theirs(); },
+                    [job] { return job->agree(); }});
+    }
+}
+
+template <class P>
+void addAll() {
+    P::importWisdom(P::wisdom);
+    for (const bool real : {false, true})
+        for (const bool inverse : {false, true})
+            for (const bool inPlace : {false, true})
+                for (int order = 1; order <= 18; ++order) addOne<P>(order, real, inverse, inPlace);
+    P::exportWisdom(P::wisdom);
+}
+
+const bench::Family family("fft", [] { addAll<Single>(); });
+
+} // namespace
+#endif
