@@ -27,27 +27,27 @@ KEPS_INLINE size runOfLane(int lane, size laneStride) {
     return size{bitReversed(static_cast<std::uint32_t>(In::column(lane)), bits)} * laneStride;
 }
 
-// Two radix-4 stages. The first leaves pairs of results side by side in memory; the second reads
-// halves of two vectors as one: results 0, 1 of two columns below, results 2, 3 above.
+// Two radix-4 stages. The first leaves results 0 and 1 (and 2 and 3) of two columns side by side in
+// memory: c, c', c, c'; the second reads halves of two vectors as one, so that results 0 and 1 lie
+// below and 2 and 3 above, and parts the columns only when all is done.
 template <class In>
 class FirstTile {
 public:
-    // Rows r, r + 4, r + 8, r + 12.
-    KEPS_INLINE void gather(In in, size rowStride, int r) {
-        planar<V> z[4];
-        butterfly<4, V>([&](int j) KEPS_INLINE_LAMBDA { return in.load((r + 4 * j) * rowStride); },
-                        [&](int k, planar<V> x) KEPS_INLINE_LAMBDA { z[k] = x; });
-        times<2>([&](int k) KEPS_INLINE_LAMBDA {
-            const planar<V> a = z[2 * k], b = z[2 * k + 1];
-            storeAligned(pairs[r][0][0][k], unpackLower(a.re, b.re));
-            storeAligned(pairs[r][0][1][k], unpackLower(a.im, b.im));
-            storeAligned(pairs[r][1][0][k], unpackUpper(a.re, b.re));
-            storeAligned(pairs[r][1][1][k], unpackUpper(a.im, b.im));
-        });
+    // Rows to pairs, pairs to runs. Each is a function of its own: joined, they leave the compiler
+    // short of registers, and it keeps a second copy of every pair.
+    [[gnu::noinline]] void gather(In in, size rowStride) {
+        for (int r = 0; r < 4; ++r) in.at(r * rowStride).radix4Pairs(4 * rowStride, pairs[r]);
     }
-    // Two columns to their runs: 0, 1; 4, 5; 2, 3; 6, 7.
     template <class Data>
-    KEPS_INLINE void scatter(Data out, size laneStride, const float *twiddles, int c) const {
+    [[gnu::noinline]] void scatter(Data out, size laneStride, const float *twiddles) const {
+        times<4>([&](int c) KEPS_INLINE_LAMBDA { columns(out, laneStride, twiddles, c); });
+    }
+
+private:
+    using V = f32x8;
+    // Two columns to their runs.
+    template <class Data>
+    KEPS_INLINE void columns(Data out, size laneStride, const float *twiddles, int c) const {
         const auto both = [&](int j, int part) KEPS_INLINE_LAMBDA {
             const float(&from)[2][8] = pairs[j][c / 2][part];
             return c % 2 == 0 ? lowerHalves<V>(from[0], from[1]) : upperHalves<V>(from[0], from[1]);
@@ -59,18 +59,18 @@ public:
                 return j == 0 ? x : x * loadPlanar<V>(twiddles + 16 * (j - 1));
             },
             [&](int q, planar<V> x) KEPS_INLINE_LAMBDA { z[q] = x; });
-        const int lane = 2 * (c / 2) + 4 * (c % 2);
+        const int column = In::firstColumn(c);
         times<2>([&](int group) KEPS_INLINE_LAMBDA {
             const planar<V> a = z[2 * group], b = z[2 * group + 1];
-            out.store(runOfLane<In>(lane, laneStride) + 8 * group,
-                      planar<V>{lowerPairs(a.re, b.re), lowerPairs(a.im, b.im)});
-            out.store(runOfLane<In>(lane + 1, laneStride) + 8 * group,
-                      planar<V>{upperPairs(a.re, b.re), upperPairs(a.im, b.im)});
+            out.store(runOf(column, laneStride) + 8 * group,
+                      planar<V>{firstOfPairs(a.re, b.re), firstOfPairs(a.im, b.im)});
+            out.store(runOf(column + 1, laneStride) + 8 * group,
+                      planar<V>{secondOfPairs(a.re, b.re), secondOfPairs(a.im, b.im)});
         });
     }
-
-private:
-    using V = f32x8;
+    KEPS_INLINE static size runOf(int column, size laneStride) {
+        return size{bitReversed(static_cast<std::uint32_t>(column), 3)} * laneStride;
+    }
     alignas(64) float pairs[4][2][2][2][8]; // by r, columns, part, results
 };
 
@@ -80,8 +80,8 @@ KEPS_INLINE void firstTile(In in, size rowStride, Data out, size laneStride,
                            const typename In::T *twiddles) {
     if constexpr (Run == 16) {
         FirstTile<In> tile;
-        times<4>([&](int r) KEPS_INLINE_LAMBDA { tile.gather(in, rowStride, r); });
-        times<4>([&](int c) KEPS_INLINE_LAMBDA { tile.scatter(out, laneStride, twiddles, c); });
+        tile.gather(in, rowStride);
+        tile.scatter(out, laneStride, twiddles);
     } else {
         using V = typename In::V;
         planar<V> z[Run];
@@ -109,25 +109,8 @@ void firstPass(In in, typename In::T *out, int order, const std::uint32_t *bitRe
     const size tiles = points / (Run * lanes);
     const auto columns = [&](size t) KEPS_INLINE_LAMBDA { return in.at(bitRev[t * step] / 2); };
     Grouped<typename In::T> to{out};
-    if constexpr (Run == 16) {
-        // The rows of the next tile are read while this one's runs are written: neither waits for
-        // the other.
-        FirstTile<In> tile[2];
-        times<4>([&](int r) KEPS_INLINE_LAMBDA { tile[0].gather(columns(0), rowStride, r); });
-        size t = 0;
-        for (; t + 1 < tiles; ++t, to = to.at(Run)) {
-            const In next = columns(t + 1);
-            times<4>([&](int i) KEPS_INLINE_LAMBDA {
-                tile[(t + 1) % 2].gather(next, rowStride, i);
-                tile[t % 2].scatter(to, laneStride, twiddles, i);
-            });
-        }
-        times<4>([&](int c)
-                     KEPS_INLINE_LAMBDA { tile[t % 2].scatter(to, laneStride, twiddles, c); });
-    } else {
-        for (size t = 0; t < tiles; ++t, to = to.at(Run))
-            firstTile<Run>(columns(t), rowStride, to, laneStride, twiddles);
-    }
+    for (size t = 0; t < tiles; ++t, to = to.at(Run))
+        firstTile<Run>(columns(t), rowStride, to, laneStride, twiddles);
 }
 
 // R runs of columns points, fromStride apart in data, joined to one, whose R parts go toStride
