@@ -129,34 +129,36 @@ KEPS_INLINE void joinRuns(Data data, size fromStride, Out out, size toStride, si
     }
 }
 
-// One stage over one run of data, in place or to the caller's array.
+// One stage over all runs in points points of data, in place or to the caller's array.
+template <int R, class Data, class Out>
+[[gnu::noinline]] void joinAll(Data data, Out out, size points, size columns,
+                               const typename Data::T *twiddles) {
+    for (size at = 0; at < points; at += R * columns)
+        joinRuns<R>(data.at(at), columns, out.at(at), columns, columns, twiddles);
+}
 template <class Data, class Out>
-void joinRuns(Data data, Out out, const Stage &stage, const typename Data::T *core) {
+KEPS_INLINE void throughStage(Data data, Out out, size points, const Stage &stage,
+                              const typename Data::T *core) {
     const size columns = size{1} << stage.columnBits;
     const typename Data::T *twiddles = core + stage.twiddles;
-    stage.bits == 2 ? joinRuns<4>(data, columns, out, columns, columns, twiddles)
-                    : joinRuns<8>(data, columns, out, columns, columns, twiddles);
+    stage.bits == 2 ? joinAll<4>(data, out, points, columns, twiddles)
+                    : joinAll<8>(data, out, points, columns, twiddles);
 }
 
-// Brings the run at data through stages first to last of the plan. A run that fits the block is
-// taken stage by stage; a longer one part by part, so that every part is joined while it is in the
-// nearest cache that holds it.
+// Brings points points of data, one run of stage last, through the stages from first to last. What
+// fits the block is taken stage by stage; longer runs part by part, so that every part is joined
+// while it is in the nearest cache that holds it.
 template <class Data>
-void throughStages(Data data, const StagePlan &plan, int first, int last,
+void throughStages(Data data, size points, const StagePlan &plan, int first, int last,
                    const typename Data::T *core) {
-    const Stage &stage = plan.stage[last];
-    const size columns = size{1} << stage.columnBits;
-    if (columns << stage.bits > blockPoints<typename Data::T> && last > first) {
-        for (size r = 0; r < size{1} << stage.bits; ++r)
-            throughStages(data.at(r * columns), plan, first, last - 1, core);
-        joinRuns(data, data, stage, core);
-        return;
-    }
-    const size end = columns << stage.bits;
-    for (int s = first; s <= last; ++s) {
-        const Stage &inner = plan.stage[s];
-        for (size at = 0; at < end; at += size{1} << (inner.columnBits + inner.bits))
-            joinRuns(data.at(at), data.at(at), inner, core);
+    if (points <= blockPoints<typename Data::T>) {
+        for (int s = first; s <= last; ++s) throughStage(data, data, points, plan.stage[s], core);
+    } else if (first <= last) {
+        const Stage &stage = plan.stage[last];
+        const size part = points >> stage.bits;
+        for (size at = 0; at < points; at += part)
+            throughStages(data.at(at), part, plan, first, last - 1, core);
+        throughStage(data, data, points, stage, core);
     }
 }
 
@@ -173,23 +175,14 @@ void owns_cRadix4Norm(In in, Out out, int order, const typename In::T *core,
         firstPass<4>(in, buffer, order, bitRev, core);
     else
         firstPass<8>(in, buffer, order, bitRev, core);
-    const Grouped<T> data{buffer};
     constexpr int first = firstPassStages<T>();
-    const int last = plan.count - 1;
-    const size columns = size{1} << plan.stage[last].columnBits;
-    if (last > first && columns << plan.stage[last].bits <= blockPoints<T>) {
-        // In one block: stage by stage over all of it.
-        for (int s = first; s < last; ++s) {
-            const Stage &stage = plan.stage[s];
-            for (size at = 0; at < size{1} << order;
-                 at += size{1} << (stage.columnBits + stage.bits))
-                joinRuns(data.at(at), data.at(at), stage, core);
-        }
-    } else if (last > first) {
-        for (size r = 0; r < size{1} << plan.stage[last].bits; ++r)
-            throughStages(data.at(r * columns), plan, first, last - 1, core);
-    }
-    joinRuns(data, out, plan.stage[last], core);
+    const Grouped<T> data{buffer};
+    const size points = size{1} << order;
+    const Stage &stage = plan.stage[plan.count - 1];
+    const size part = points <= blockPoints<T> ? points : points >> stage.bits;
+    for (size at = 0; at < points; at += part)
+        throughStages(data.at(at), part, plan, first, plan.count - 2, core);
+    throughStage(data, out, points, stage, core);
 }
 
 } // namespace keps::fft
