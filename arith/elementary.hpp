@@ -40,9 +40,6 @@ inline constexpr double largest = std::is_same_v<T, std::uint8_t>    ? 255
                                   : std::is_same_v<T, std::uint16_t> ? 65535
                                                                      : 32767;
 
-KEPS_INLINE f64x4 toDouble(i32x4 x) {
-    return {_mm256_cvtepi32_pd(x.v)};
-}
 // To nearest, ties to even, whatever the current mode is.
 KEPS_INLINE i32x4 nearestInt(f64x4 x) {
     return {_mm256_cvttpd_epi32(roundToNearest(x).v)};

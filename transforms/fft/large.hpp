@@ -4,7 +4,6 @@
 #pragma once
 
 #include "transforms/fft/stages.hpp"
-#include "transforms/fft/stand_in.hpp"
 
 namespace keps::fft {
 
