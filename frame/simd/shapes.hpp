@@ -143,6 +143,7 @@ KEPS_INLINE Block<T, N> loadBlock(const T *p) {
 }
 
 template <int N, class T>
+requires std::is_arithmetic_v<LaneOf<T>> // other elements have forms of their own
 KEPS_INLINE void storeBlock(T *p, Block<T, N> x) {
     constexpr int bytes = N * static_cast<int>(sizeof(T));
     if constexpr (bytes >= 16)
@@ -172,6 +173,7 @@ KEPS_INLINE Block<T, N> loadEnds(const T *p, size n) {
 }
 
 template <int N, class T, int K = N / 2>
+requires std::is_arithmetic_v<LaneOf<T>>
 KEPS_INLINE void storeEnds(T *p, Block<T, N> x, size n) {
     constexpr int bytes = K * static_cast<int>(sizeof(T));
     if (K == 1 || n >= K) {
