@@ -169,7 +169,8 @@ void owns_cFft_BlkStep(Data data, Out out, int order, int levelNumber,
             owns_cFft_BlkStep(part, part, level.runBits, levelNumber + 1, plan, scaled, work);
         } else {
             const StagePlan &stages = stagePlans<T>.plan[level.runBits];
-            throughStages(part, stages, firstPassStages<T>(), stages.count - 1, plan.twiddleCore);
+            throughStages(part, run, stages, firstPassStages<T>(), stages.count - 1,
+                          plan.twiddleCore);
             if (scaled) scaleRun(part, run, plan.scaleFactor);
         }
     }
