@@ -112,7 +112,10 @@ struct Bound {
     explicit Bound(int) {}
     template <OneVector... V>
     KEPS_INLINE auto operator()(V... x) const {
-        return bound(Op::plain(x...));
+        if constexpr (requires { Op::bounded(x...); })
+            return Op::bounded(x...);
+        else
+            return bound(Op::plain(x...));
     }
 };
 
@@ -129,10 +132,30 @@ KEPS_INLINE KepStatus byClass(int s, const Run &run) {
 template <class T>
 inline constexpr int lanesOf = 32 / static_cast<int>(sizeof(T));
 
+// Rules whose stores are not what holds them up: halves of a block that leave one by one spare
+// them an instruction. Light ones, a saturating sum and no more, are held up by stores.
+template <class Rule>
+struct Heavy : Rule {
+    using separateHalves = void;
+};
+template <class Rule>
+struct WeightOf {
+    using type = Heavy<Rule>;
+};
+template <class Op>
+requires requires {
+    typename Op::light;
+}
+struct WeightOf<Plain<Op>> {
+    using type = Plain<Op>;
+};
+template <class Rule>
+using Weighed = typename WeightOf<Rule>::type;
+
 // The kernels. They hold no 256-bit arguments, so they need not be inlined.
 template <class Rule, class To, class... From>
 [[gnu::noinline]] KepStatus mapArrays(int s, size n, To *dst, const From *...src) {
-    map<lanesOf<To>, 2>(n, Rule(s), dst, src...);
+    map<lanesOf<To>, 2>(n, Weighed<Rule>{Rule(s)}, dst, src...);
     return kepStatusOk;
 }
 
@@ -151,7 +174,7 @@ struct RuleWithFirst {
 };
 template <template <class, class> class Bind, class Rule, class T, class V>
 [[gnu::noinline]] KepStatus mapWithConstant(int s, V constant, size n, T *dst, const T *src) {
-    map<lanesOf<T>, 2>(n, Bind<Rule, V>{Rule(s), constant}, dst, src);
+    map<lanesOf<T>, 2>(n, Heavy<Bind<Rule, V>>{Bind<Rule, V>{Rule(s), constant}}, dst, src);
     return kepStatusOk;
 }
 
