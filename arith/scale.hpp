@@ -23,13 +23,23 @@ concept OneVector = !isTwo<V>;
 template <class T>
 struct ShiftUp;
 
-template <>
-struct ShiftUp<Kep8u> {
+// Unsigned: what is above the largest number that fits becomes all ones.
+template <class T>
+requires std::is_unsigned_v<T>
+struct ShiftUp<T> {
     Count by;
-    explicit ShiftUp(int k) : by(k) {}
-    KEPS_INLINE u8x16 operator()(u8x16 x) const {
-        const auto wide = interleave<Kep16s>(x, nothing<Kep8u>());
-        return narrowUnsigned(wide.lo << by, wide.hi << by);
+    int128<T> keep, tooLarge;
+    explicit ShiftUp(int k)
+        : by(k),
+          keep(splatInt(static_cast<T>(~0U << k))),
+          tooLarge(splatInt(static_cast<T>((std::numeric_limits<T>::max() >> k) + 1))) {}
+    KEPS_INLINE int128<T> operator()(int128<T> x) const {
+        // Bytes shift through 16-bit lanes, less what came from the neighbour.
+        if constexpr (sizeof(T) == 1)
+            return (as<T>(as<Kep16u>(x) << by) & keep) |
+                   int128<T>{_mm_cmpeq_epi8(_mm_max_epu8(x.v, tooLarge.v), x.v)};
+        else
+            return (x << by) | int128<T>{_mm_cmpeq_epi16(_mm_max_epu16(x.v, tooLarge.v), x.v)};
     }
 };
 template <>
@@ -41,16 +51,6 @@ struct ShiftUp<Kep16s> {
         return narrowSaturated(wide.lo >> by, wide.hi >> by);
     }
 };
-template <>
-struct ShiftUp<Kep16u> {
-    Count by;
-    explicit ShiftUp(int k) : by(k) {}
-    KEPS_INLINE u16x8 operator()(u16x8 x) const {
-        const auto wide = interleave<Kep32s>(x, nothing<Kep16u>());
-        return narrowUnsigned(wide.lo << by, wide.hi << by);
-    }
-};
-
 // The limit of x's sign.
 template <class T>
 KEPS_INLINE int128<T> limitOf(int128<T> x) {
