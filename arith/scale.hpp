@@ -152,10 +152,11 @@ struct WeightOf<Plain<Op>> {
 template <class Rule>
 using Weighed = typename WeightOf<Rule>::type;
 
-// The kernels. They hold no 256-bit arguments, so they need not be inlined.
+// The kernels: a block of two vectors a round. They hold no 256-bit arguments, so they need not be
+// inlined.
 template <class Rule, class To, class... From>
 [[gnu::noinline]] KepStatus mapArrays(int s, size n, To *dst, const From *...src) {
-    map<lanesOf<To>, 2>(n, Weighed<Rule>{Rule(s)}, dst, src...);
+    map<lanesOf<To>, 1>(n, Weighed<Rule>{Rule(s)}, dst, src...);
     return kepStatusOk;
 }
 
@@ -174,7 +175,7 @@ struct RuleWithFirst {
 };
 template <template <class, class> class Bind, class Rule, class T, class V>
 [[gnu::noinline]] KepStatus mapWithConstant(int s, V constant, size n, T *dst, const T *src) {
-    map<lanesOf<T>, 2>(n, Heavy<Bind<Rule, V>>{Bind<Rule, V>{Rule(s), constant}}, dst, src);
+    map<lanesOf<T>, 1>(n, Heavy<Bind<Rule, V>>{Bind<Rule, V>{Rule(s), constant}}, dst, src);
     return kepStatusOk;
 }
 
