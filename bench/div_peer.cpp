@@ -30,9 +30,9 @@ template <class T>
 void complexFloats(const T *src1, const T *src2, T *dst, int n) {
     for (int i = 0; i < n; ++i) {
         const T under = src1[i], over = src2[i];
-        const auto r = 1 / (under.re * under.re + under.im * under.im);
-        dst[i] = {(over.re * under.re + over.im * under.im) * r,
-                  (over.im * under.re - over.re * under.im) * r};
+        const auto m = under.re * under.re + under.im * under.im;
+        dst[i] = {(over.re * under.re + over.im * under.im) / m,
+                  (over.im * under.re - over.re * under.im) / m};
     }
 }
 
