@@ -75,6 +75,10 @@ struct ToNearest {
         return toIntTruncated(roundToNearest(x));
     }
 };
+// By the caller's rounding mode.
+struct AsSet {
+    KEPS_INLINE static two<i32x4> round(f32x8 x) { return toInt(x); }
+};
 // Ties away from zero. The sum must be rounded toward zero: to nearest, the number just below one
 // half would become 1.
 struct HalfAway {

@@ -94,10 +94,7 @@ struct OverComplexFloat {
 
 template <class T>
 KEPS_INLINE KepStatus timesConstant(const T *src, T val, T *dst, size n) {
-    constexpr int N = 32 / sizeof(T);
-    using V = Block<T, N>;
-    map<N>(n, TimesConstant<V>{splat<V>(val)}, dst, src);
-    return kepStatusOk;
+    return withSecond<Product>(src, val, dst, n);
 }
 
 } // namespace

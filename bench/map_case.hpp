@@ -71,7 +71,7 @@ bool closeComplex(const T *a, const T *b, std::int64_t n) {
     return true;
 }
 
-enum class Agreement { bits, close, closeQuotient };
+enum class Agreement { bits, close, closeQuotient, none };
 
 // ours and theirs are called as f(src..., dst, n).
 template <class To, class... From, class Ours, class Theirs>
@@ -91,6 +91,7 @@ void addMap(const std::string &family, const std::string &name, std::int64_t n,
     add({family, name, n, peer, first, second, [=] {
              first();
              second();
+             if (agreement == Agreement::none) return true;
              using R = typename harness::RealOf<To>::type;
              if constexpr (std::is_floating_point_v<R>) {
                  if (agreement == Agreement::close)
