@@ -15,7 +15,7 @@ one = lambda x: mpf(1)
 
 
 def parts(value, bits):
-    """value as a sum of constants of so many bits each; the last takes a full double."""
+    """value as a sum of positive constants of so many bits each: times 0 they leave a -0 its sign."""
     out = []
     for b in bits:
         out.append(truncated(value, b))
@@ -78,8 +78,8 @@ def trig():
         h.poly("sin" + name, kind, c, "sin(r) / r in r^2, |r| to pi/4; relative error " + bound(e) + ".")
         c, e = fit(cosine, lambda s: 1 / cosine(s), 0, r * r, range(cosines), to, exact=(1,))
         h.poly("cos" + name, kind, c, "cos(r) in r^2, |r| to pi/4; relative error " + bound(e) + ".")
-    h.number("invPi", "double", to_double(1 / pi), "1/pi; pi in parts that an 11-bit multiplier leaves exact in float, a 16-bit one in double.")
-    for k, p in enumerate(parts(pi, (13, 13, 24))):
+    h.number("invPi", "double", to_double(1 / pi), "1/pi; pi in parts that an 8-bit multiplier leaves exact in float, a 16-bit one in double.")
+    for k, p in enumerate(parts(pi, (16, 16, 24))):
         h.number("piFloat%d" % (k + 1), "float", to_float(p))
     for k, p in enumerate(parts(pi, (37, 37, 53))):
         h.number("piDouble%d" % (k + 1), "double", p)

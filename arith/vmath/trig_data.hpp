@@ -126,14 +126,14 @@ inline constexpr double sinQuarterFast64[] = {0x1.0000000000000p+0, -0x1.5555554
 // cos(r) in r^2, |r| to pi/4; relative error 2^-33.8.
 inline constexpr double cosQuarterFast64[] = {0x1.0000000000000p+0, -0x1.ffffffcb13fe7p-2, 0x1.55553c5125c90p-5, -0x1.6c07e1973a922p-10, 0x1.9912d623a13ddp-16};
 
-// 1/pi; pi in parts that an 11-bit multiplier leaves exact in float, a 16-bit one in double.
+// 1/pi; pi in parts that an 8-bit multiplier leaves exact in float, a 16-bit one in double.
 inline constexpr double invPi = 0x1.45f306dc9c883p-2;
-inline constexpr float piFloat1 = 0x1.9220000000000p+1f;
-inline constexpr float piFloat2 = -0x1.2af0000000000p-17f;
-inline constexpr float piFloat3 = 0x1.0b46120000000p-33f;
+inline constexpr float piFloat1 = 0x1.921e000000000p+1f;
+inline constexpr float piFloat2 = 0x1.b544000000000p-15f;
+inline constexpr float piFloat3 = 0x1.0b46100000000p-33f;
 inline constexpr double piDouble1 = 0x1.921fb54440000p+1;
 inline constexpr double piDouble2 = 0x1.68c234c4c0000p-38;
-inline constexpr double piDouble3 = 0x1.98a2e03707345p-76;
+inline constexpr double piDouble3 = 0x1.98a2e03707344p-76;
 // The same for floats, 20-bit multipliers.
 inline constexpr double piWide1 = 0x1.921fb54400000p+1;
 inline constexpr double piWide2 = 0x1.0b4611a626331p-33;
