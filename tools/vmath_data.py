@@ -61,8 +61,8 @@ def trig():
         return sin(sqrt(s)) / sqrt(s) if s else mpf(1)
 
     weight = lambda s: 1 / sineq(s)
-    for name, kind, count in (("vssin_low", "float", 5), ("vssin_fast", "float", 4), ("vssin_high", "double", 6),
-                              ("vdsin_low", "double", 8), ("vdsin_fast", "double", 6)):
+    for name, kind, count in (("vssin_low", "float", 5), ("vssin_fast", "float", 3), ("vssin_high", "double", 6),
+                              ("vdsin_low", "double", 8), ("vdsin_fast", "double", 5)):
         c, e = fit(sineq, weight, 0, r * r, range(count), to_float if kind == "float" else to_double,
                    exact=(1,))
         h.poly(name, kind, c, "sin(r) / r in r^2, |r| to pi/2; relative error " + bound(e) + ".")
@@ -72,7 +72,7 @@ def trig():
         return cos(sqrt(s))
 
     for name, kind, sines, cosines in (("QuarterLow32", "float", 4, 4), ("QuarterFast32", "float", 3, 3),
-                                       ("QuarterLow64", "double", 7, 7), ("QuarterFast64", "double", 5, 5)):
+                                       ("QuarterLow64", "double", 7, 7), ("QuarterFast64", "double", 4, 5)):
         to = to_float if kind == "float" else to_double
         c, e = fit(sineq, weight, 0, r * r, range(sines), to, exact=(1,))
         h.poly("sin" + name, kind, c, "sin(r) / r in r^2, |r| to pi/4; relative error " + bound(e) + ".")
