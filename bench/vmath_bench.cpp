@@ -139,21 +139,21 @@ const bench::Family randoms("random", [] {
         const auto plainGauss = std::make_shared<peer::Generator>(*plain);
         const auto twister = std::make_shared<std::mt19937>();
         bench::add({"random", "kepsRandUniform_32f", n, "plain loop",
-                    [=] { kepsRandUniform_32f(y.data(), n, uniform); },
+                    [=] { (void)memory, kepsRandUniform_32f(y.data(), n, uniform); },
                     [=] { peer::uniformLoop(*plain, z.data(), n, 0.5, 0x1p-32); },
                     sameArrays(y, z, n)});
         bench::add({"random", "kepsRandGauss_32f", n, "plain loop",
-                    [=] { kepsRandGauss_32f(y.data(), n, gauss); },
+                    [=] { (void)other, kepsRandGauss_32f(y.data(), n, gauss); },
                     [=] { peer::gaussLoop(*plainGauss, z.data(), n, 0, 1); }, nullptr});
         bench::add({"random", "kepsRandUniform_32f", n, "std::mt19937",
-                    [=] { kepsRandUniform_32f(y.data(), n, uniform); },
+                    [=] { (void)memory, kepsRandUniform_32f(y.data(), n, uniform); },
                     [=] {
                         std::uniform_real_distribution<float> d(0, 1);
                         for (int i = 0; i < n; ++i) z.data()[i] = d(*twister);
                     },
                     nullptr});
         bench::add({"random", "kepsRandGauss_32f", n, "std::mt19937",
-                    [=] { kepsRandGauss_32f(y.data(), n, gauss); },
+                    [=] { (void)other, kepsRandGauss_32f(y.data(), n, gauss); },
                     [=] {
                         std::normal_distribution<float> d(0, 1);
                         for (int i = 0; i < n; ++i) z.data()[i] = d(*twister);
