@@ -31,7 +31,7 @@ KEPS_INLINE GriddedReciprocal reciprocalOf(int val, int scaleFactor) {
     const int bits = magnitude == 1 ? 0 : 32 - __builtin_clz(magnitude - 1);
     const int finest = 1 + bits + (scaleFactor > 0 ? scaleFactor : 0);
     const double scale = quotientScale(scaleFactor);
-    return {scale * powerOfTwo64(finest) / val, powerOfTwo64(-finest)};
+    return {scale * powerOf<double>(finest) / val, powerOf<double>(-finest)};
 }
 
 template <class Wide, class T>
@@ -94,10 +94,7 @@ struct OverComplexFloat {
 
 template <class T>
 KEPS_INLINE KepStatus timesConstant(const T *src, T val, T *dst, size n) {
-    constexpr int N = 32 / sizeof(T);
-    using V = Block<T, N>;
-    map<N>(n, TimesConstant<V>{splat<V>(val)}, dst, src);
-    return kepStatusOk;
+    return withSecond<Product>(src, val, dst, n);
 }
 
 } // namespace

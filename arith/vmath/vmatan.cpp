@@ -91,8 +91,10 @@ KEPS_INLINE f64x4 atan2Of(f64x4 y, f64x4 x, f64x4 &outside) {
     return angleOf<level>(least, most, less(xSize, ySize), x) | signOf(y);
 }
 
+} // namespace
+
 // Brings the pair into the range that the vector code takes, without changing its angle.
-int vdatan2_cout_rare(const double *in, double *out) {
+int keps::vmath::vdatan2_cout_rare(const double *in, double *out) {
     double y = in[0], x = in[1];
     if (kep_isnan(y) || kep_isnan(x)) return *out = x * x + y * y, 0;
     const auto unitOrNothing = [](double v, bool one) {
@@ -106,7 +108,8 @@ int vdatan2_cout_rare(const double *in, double *out) {
     } else if (x == 0 && y == 0) {
         x = __builtin_copysign(1.0, x);
     } else {
-        const double most = __builtin_fmax(__builtin_fabs(x), __builtin_fabs(y));
+        const double xSize = __builtin_fabs(x), ySize = __builtin_fabs(y);
+        const double most = xSize > ySize ? xSize : ySize;
         // The larger one to 2^100 or as far as one step goes, so that the smaller one is not
         // rounded to the subnormal grid before the quotient is.
         const auto exponent = __builtin_bit_cast(std::uint64_t, most) >> 52;
@@ -120,6 +123,9 @@ int vdatan2_cout_rare(const double *in, double *out) {
     *out = _mm_cvtsd_f64(_mm256_castpd256_pd128(angle.v));
     return 0;
 }
+
+namespace {
+
 int vsatan2_cout_rare(const float *in, float *out) {
     const double wide[] = {in[0], in[1]};
     double angle;

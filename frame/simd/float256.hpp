@@ -189,22 +189,14 @@ KEPS_INLINE f64x4 loadTwice(const double *p) {
     return {_mm256_broadcast_pd(reinterpret_cast<const __m128d *>(p))};
 }
 
-// Pairs (real, imaginary) with their parts exchanged.
-KEPS_INLINE f32x8 swapPairs(f32x8 x) {
-    return {_mm256_permute_ps(x.v, 0xB1)};
-}
-KEPS_INLINE f64x4 swapPairs(f64x4 x) {
-    return {_mm256_permute_pd(x.v, 0x5)};
-}
-
-// In each half, the upper two lanes of a, then the lower two of b.
-KEPS_INLINE f32x8 middle(f32x8 a, f32x8 b) {
-    return {_mm256_shuffle_ps(a.v, b.v, 0x4E)};
-}
-
 // Sums of neighbours, in each half one of a, then one of b. 3 uops.
 KEPS_INLINE f64x4 addNeighbours(f64x4 a, f64x4 b) {
     return {_mm256_hadd_pd(a.v, b.v)};
+}
+
+// Every lane twice in a row. 3 uops.
+KEPS_INLINE f32x8 doubled(f32x4 x) {
+    return {_mm256_set_m128(_mm_unpackhi_ps(x.v, x.v), _mm_unpacklo_ps(x.v, x.v))};
 }
 
 // Complex product of pairs (real, imaginary), in the library's one order of arithmetic:
@@ -221,6 +213,21 @@ KEPS_INLINE f64x4 complexMul(f64x4 a, f64x4 b) {
     const __m256d t1 = _mm256_mul_pd(_mm256_movedup_pd(b.v), a.v);
     const __m256d t2 = _mm256_mul_pd(_mm256_permute_pd(b.v, 0xF), _mm256_permute_pd(a.v, 0x5));
     return {_mm256_addsub_pd(t1, t2)};
+}
+
+// a * conj(b) of pairs: real part re(a) re(b) + im(a) im(b), imaginary part re(b) im(a) - re(a)
+// im(b). A subtraction is an addition of the negated term, bit for bit.
+KEPS_INLINE f32x8 complexMulConj(f32x8 a, f32x8 b) {
+    a = inRegister(a);
+    const __m256 t1 = _mm256_mul_ps(_mm256_moveldup_ps(b.v), a.v);
+    const __m256 t2 = _mm256_mul_ps(_mm256_movehdup_ps(b.v), _mm256_permute_ps(a.v, 0xB1));
+    return {_mm256_addsub_ps(t1, _mm256_xor_ps(t2, _mm256_set1_ps(-0.0F)))};
+}
+KEPS_INLINE f64x4 complexMulConj(f64x4 a, f64x4 b) {
+    a = inRegister(a);
+    const __m256d t1 = _mm256_mul_pd(_mm256_movedup_pd(b.v), a.v);
+    const __m256d t2 = _mm256_mul_pd(_mm256_permute_pd(b.v, 0xF), _mm256_permute_pd(a.v, 0x5));
+    return {_mm256_addsub_pd(t1, _mm256_xor_pd(t2, _mm256_set1_pd(-0.0)))};
 }
 
 } // namespace keps

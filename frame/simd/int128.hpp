@@ -94,6 +94,199 @@ KEPS_INLINE void storeBytes(void *to, __m128i x, size bytes) {
     if (bytes & 1) storeAs(p, static_cast<std::uint8_t>(low));
 }
 
+template <class V>
+inline constexpr bool isInt128 = false;
+template <class T>
+inline constexpr bool isInt128<int128<T>> = true;
+
+// All lanes the same.
+template <class T>
+KEPS_INLINE int128<T> splatInt(T x) {
+    if constexpr (sizeof(T) == 1)
+        return {_mm_set1_epi8(static_cast<char>(x))};
+    else if constexpr (sizeof(T) == 2)
+        return {_mm_set1_epi16(static_cast<short>(x))};
+    else if constexpr (sizeof(T) == 4)
+        return {_mm_set1_epi32(static_cast<int>(x))};
+    else
+        return {_mm_set1_epi64x(static_cast<long long>(x))};
+}
+
+// The same bits as lanes of another type.
+template <class T, class U>
+KEPS_INLINE int128<T> as(int128<U> x) {
+    return {x.v};
+}
+
+// Wrapping sums and differences, bitwise operations.
+template <class T>
+KEPS_INLINE int128<T> operator+(int128<T> a, int128<T> b) {
+    if constexpr (sizeof(T) == 1)
+        return {_mm_add_epi8(a.v, b.v)};
+    else if constexpr (sizeof(T) == 2)
+        return {_mm_add_epi16(a.v, b.v)};
+    else if constexpr (sizeof(T) == 4)
+        return {_mm_add_epi32(a.v, b.v)};
+    else
+        return {_mm_add_epi64(a.v, b.v)};
+}
+template <class T>
+KEPS_INLINE int128<T> operator-(int128<T> a, int128<T> b) {
+    if constexpr (sizeof(T) == 1)
+        return {_mm_sub_epi8(a.v, b.v)};
+    else if constexpr (sizeof(T) == 2)
+        return {_mm_sub_epi16(a.v, b.v)};
+    else if constexpr (sizeof(T) == 4)
+        return {_mm_sub_epi32(a.v, b.v)};
+    else
+        return {_mm_sub_epi64(a.v, b.v)};
+}
+template <class T>
+KEPS_INLINE int128<T> operator&(int128<T> a, int128<T> b) {
+    return {_mm_and_si128(a.v, b.v)};
+}
+template <class T>
+KEPS_INLINE int128<T> operator|(int128<T> a, int128<T> b) {
+    return {_mm_or_si128(a.v, b.v)};
+}
+template <class T>
+KEPS_INLINE int128<T> operator^(int128<T> a, int128<T> b) {
+    return {_mm_xor_si128(a.v, b.v)};
+}
+// x without the bits of mask.
+template <class T>
+KEPS_INLINE int128<T> without(int128<T> x, int128<T> mask) {
+    return {_mm_andnot_si128(mask.v, x.v)};
+}
+
+// All ones where the lanes are equal.
+template <class T>
+KEPS_INLINE int128<T> equal(int128<T> a, int128<T> b) {
+    if constexpr (sizeof(T) == 1)
+        return {_mm_cmpeq_epi8(a.v, b.v)};
+    else if constexpr (sizeof(T) == 2)
+        return {_mm_cmpeq_epi16(a.v, b.v)};
+    else if constexpr (sizeof(T) == 4)
+        return {_mm_cmpeq_epi32(a.v, b.v)};
+    else
+        return {_mm_cmpeq_epi64(a.v, b.v)};
+}
+
+// Byte by byte, b where the mask's top bit is set, else a.
+template <class T>
+KEPS_INLINE int128<T> select(int128<T> mask, int128<T> a, int128<T> b) {
+    return {_mm_blendv_epi8(a.v, b.v, mask.v)};
+}
+
+// Saturating, of 8 and 16 bits.
+template <class T>
+KEPS_INLINE int128<T> addSaturated(int128<T> a, int128<T> b) {
+    if constexpr (std::is_same_v<T, std::uint8_t>)
+        return {_mm_adds_epu8(a.v, b.v)};
+    else if constexpr (std::is_same_v<T, std::uint16_t>)
+        return {_mm_adds_epu16(a.v, b.v)};
+    else
+        return {_mm_adds_epi16(a.v, b.v)};
+}
+template <class T>
+KEPS_INLINE int128<T> subSaturated(int128<T> a, int128<T> b) {
+    if constexpr (std::is_same_v<T, std::uint8_t>)
+        return {_mm_subs_epu8(a.v, b.v)};
+    else if constexpr (std::is_same_v<T, std::uint16_t>)
+        return {_mm_subs_epu16(a.v, b.v)};
+    else
+        return {_mm_subs_epi16(a.v, b.v)};
+}
+
+// (a + b + 1) / 2 without overflow, of unsigned 8 and 16 bits.
+template <class T>
+KEPS_INLINE int128<T> average(int128<T> a, int128<T> b) {
+    if constexpr (sizeof(T) == 1)
+        return {_mm_avg_epu8(a.v, b.v)};
+    else
+        return {_mm_avg_epu16(a.v, b.v)};
+}
+
+// A shift's count, in a register; counts of the lane's width and above shift everything out.
+struct Count {
+    __m128i v;
+    explicit Count(int bits) : v(_mm_cvtsi32_si128(bits)) {}
+};
+template <class T>
+KEPS_INLINE int128<T> operator<<(int128<T> x, Count n) {
+    if constexpr (sizeof(T) == 2)
+        return {_mm_sll_epi16(x.v, n.v)};
+    else if constexpr (sizeof(T) == 4)
+        return {_mm_sll_epi32(x.v, n.v)};
+    else
+        return {_mm_sll_epi64(x.v, n.v)};
+}
+// Signed lanes keep their sign; 64-bit lanes are unsigned only.
+template <class T>
+KEPS_INLINE int128<T> operator>>(int128<T> x, Count n) {
+    if constexpr (std::is_same_v<T, std::int16_t>)
+        return {_mm_sra_epi16(x.v, n.v)};
+    else if constexpr (std::is_same_v<T, std::int32_t>)
+        return {_mm_sra_epi32(x.v, n.v)};
+    else if constexpr (sizeof(T) == 2)
+        return {_mm_srl_epi16(x.v, n.v)};
+    else if constexpr (sizeof(T) == 4)
+        return {_mm_srl_epi32(x.v, n.v)};
+    else
+        return {_mm_srl_epi64(x.v, n.v)};
+}
+// By a constant.
+template <int N, class T>
+KEPS_INLINE int128<T> shiftRight(int128<T> x) {
+    if constexpr (std::is_same_v<T, std::int16_t>)
+        return {_mm_srai_epi16(x.v, N)};
+    else if constexpr (std::is_same_v<T, std::int32_t>)
+        return {_mm_srai_epi32(x.v, N)};
+    else if constexpr (sizeof(T) == 2)
+        return {_mm_srli_epi16(x.v, N)};
+    else if constexpr (sizeof(T) == 4)
+        return {_mm_srli_epi32(x.v, N)};
+    else
+        return {_mm_srli_epi64(x.v, N)};
+}
+
+// The lower and the upper 16 bits of products of 16-bit lanes.
+template <class T>
+KEPS_INLINE int128<T> mulLow(int128<T> a, int128<T> b) {
+    return {_mm_mullo_epi16(a.v, b.v)};
+}
+template <class T>
+KEPS_INLINE int128<T> mulHigh(int128<T> a, int128<T> b) {
+    if constexpr (std::is_signed_v<T>)
+        return {_mm_mulhi_epi16(a.v, b.v)};
+    else
+        return {_mm_mulhi_epu16(a.v, b.v)};
+}
+// (a * b + 0x4000) >> 15.
+KEPS_INLINE i16x8 mulRounded(i16x8 a, i16x8 b) {
+    return {_mm_mulhrs_epi16(a.v, b.v)};
+}
+// a * b + the next lanes' a * b, pair by pair.
+KEPS_INLINE i32x4 mulAddPairs(i16x8 a, i16x8 b) {
+    return {_mm_madd_epi16(a.v, b.v)};
+}
+
+// The lanes of a and b in turn, as lanes of twice the width with a in the lower halves: from the
+// lower and the upper parts of both.
+template <class W, class T>
+KEPS_INLINE two<int128<W>> interleave(int128<T> a, int128<T> b) {
+    if constexpr (sizeof(T) == 1)
+        return {{_mm_unpacklo_epi8(a.v, b.v)}, {_mm_unpackhi_epi8(a.v, b.v)}};
+    else if constexpr (sizeof(T) == 2)
+        return {{_mm_unpacklo_epi16(a.v, b.v)}, {_mm_unpackhi_epi16(a.v, b.v)}};
+    else
+        return {{_mm_unpacklo_epi32(a.v, b.v)}, {_mm_unpackhi_epi32(a.v, b.v)}};
+}
+template <class T>
+KEPS_INLINE int128<T> nothing() {
+    return {_mm_setzero_si128()};
+}
+
 // Widening to 32 bits: the lower and the upper four lanes. The upper ones take 2 uops.
 KEPS_INLINE i32x4 widenLower(i16x8 x) {
     return {_mm_cvtepi16_epi32(x.v)};
@@ -104,6 +297,13 @@ KEPS_INLINE i32x4 widenUpper(i16x8 x) {
 // Narrowing with saturation, a below b.
 KEPS_INLINE i16x8 narrowSaturated(i32x4 a, i32x4 b) {
     return {_mm_packs_epi32(a.v, b.v)};
+}
+// Signed lanes to unsigned ones of half the width, with saturation.
+KEPS_INLINE u16x8 narrowUnsigned(i32x4 a, i32x4 b) {
+    return {_mm_packus_epi32(a.v, b.v)};
+}
+KEPS_INLINE u8x16 narrowUnsigned(i16x8 a, i16x8 b) {
+    return {_mm_packus_epi16(a.v, b.v)};
 }
 
 // To double, exact: a conversion.

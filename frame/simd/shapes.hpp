@@ -143,6 +143,7 @@ KEPS_INLINE Block<T, N> loadBlock(const T *p) {
 }
 
 template <int N, class T>
+requires std::is_arithmetic_v<LaneOf<T>> // other elements have forms of their own
 KEPS_INLINE void storeBlock(T *p, Block<T, N> x) {
     constexpr int bytes = N * static_cast<int>(sizeof(T));
     if constexpr (bytes >= 16)
@@ -172,6 +173,7 @@ KEPS_INLINE Block<T, N> loadEnds(const T *p, size n) {
 }
 
 template <int N, class T, int K = N / 2>
+requires std::is_arithmetic_v<LaneOf<T>>
 KEPS_INLINE void storeEnds(T *p, Block<T, N> x, size n) {
     constexpr int bytes = K * static_cast<int>(sizeof(T));
     if (K == 1 || n >= K) {
@@ -198,14 +200,24 @@ KEPS_INLINE auto apply(const Op &op, const V &...x) {
     }
 }
 
+// Asks for the cache lines of Elements elements that lie ahead bytes behind p.
+template <size Elements, class T>
+KEPS_INLINE void prefetch(const T *p, size ahead) {
+    constexpr int lines = static_cast<int>((Elements * size{sizeof(T)} + 63) / 64);
+    times<lines>([&](int k) KEPS_INLINE_LAMBDA {
+        _mm_prefetch(reinterpret_cast<const char *>(p) + ahead + 64 * k, _MM_HINT_T0);
+    });
+}
+
 // dst[i] = op(src[i]...) for n elements, N at a time. The operator works on whole blocks, its lanes
 // are independent, and every element goes through it. Unroll is the number of blocks a round: 4 for
 // operators of an instruction or two, 2 for longer ones, 1 for those that fill the registers.
 //
 // A source may be the destination. The last round ends at the array's end, whatever it overlaps:
 // it is computed ahead of the body and stored behind it. So short arrays take two or three branches
-// and no loop. Long ones have dst brought to a multiple of its block's size.
-template <int N, int Unroll = 4, class Op, class To, class... From>
+// and no loop. Long ones have dst brought to a multiple of its block's size. Ahead is how many
+// bytes ahead of the loop each array is prefetched, 0 for none.
+template <int N, int Unroll = 4, int Ahead = 0, class Op, class To, class... From>
 KEPS_INLINE void map(size n, const Op &op, To *dst, const From *...src) {
     const auto at = [&](size i) KEPS_INLINE_LAMBDA { return apply(op, loadBlock<N>(src + i)...); };
     // Blocks that may overlap: all loads come before the first store.
@@ -241,6 +253,7 @@ KEPS_INLINE void map(size n, const Op &op, To *dst, const From *...src) {
         }
     }
     for (; i < lastRound; i += round) {
+        if constexpr (Ahead > 0) (prefetch<round>(src + i, Ahead), ...);
         Block<To, N> result[Unroll];
         times<Unroll>([&](int k) KEPS_INLINE_LAMBDA { result[k] = at(i + k * N); });
         times<Unroll>([&](int k) KEPS_INLINE_LAMBDA { storeBlock<N>(dst + i + k * N, result[k]); });

@@ -1,0 +1,690 @@
+// Sums, differences and products of integers under the rule of scale.hpp.
+//
+// Where a result is wanted at a fraction, the rules first round half up, which takes no look at the
+// quotient, then clear the lowest bit of those that were ties: an odd one had been rounded away
+// from the even neighbour, and an even one is right.
+#pragma once
+
+#include "arith/scale.hpp"
+
+namespace keps {
+
+// Numbers with the lowest n bits set, n up to the width, and bit n alone, 0 at the width.
+template <class T>
+constexpr T lowBits(int n) {
+    return static_cast<T>(n >= 64 ? ~std::uint64_t{0} : (std::uint64_t{1} << n) - 1);
+}
+template <class T>
+constexpr T oneBit(int n) {
+    return static_cast<T>(n >= 64 ? 0 : std::uint64_t{1} << n);
+}
+
+// x with the lowest bit cleared where tie is set.
+template <class T>
+KEPS_INLINE int128<T> toEven(int128<T> x, int128<T> tie) {
+    return without(x, tie & splatInt(T{1}));
+}
+
+// floor((a + b) / 2) of the exact sum.
+template <class T>
+KEPS_INLINE int128<T> halfSum(int128<T> a, int128<T> b) {
+    if constexpr (std::is_signed_v<T>)
+        return (a & b) + shiftRight<1>(a ^ b);
+    else
+        return average(a, b) - ((a ^ b) & splatInt(T{1}));
+}
+
+// floor((b - a) / 2) of the exact difference of signed numbers: with not a for -a - 1, half of
+// b + not a, rounded up.
+template <class T>
+KEPS_INLINE int128<T> halfDifference(int128<T> a, int128<T> b) {
+    const int128<T> minus = a ^ splatInt(T(-1));
+    return (b | minus) - shiftRight<1>(b ^ minus);
+}
+
+// Lanes shifted right; bytes through 16-bit lanes, less what came from the neighbour.
+template <class T>
+struct ShiftDown {
+    Count by;
+    explicit ShiftDown(int n) : by(n) {}
+    KEPS_INLINE int128<T> operator()(int128<T> x) const { return x >> by; }
+};
+template <>
+struct ShiftDown<Kep8u> {
+    Count by;
+    u8x16 keep;
+    explicit ShiftDown(int n) : by(n), keep(splatInt(static_cast<Kep8u>(0xFF >> n))) {}
+    KEPS_INLINE u8x16 operator()(u8x16 x) const { return as<Kep8u>(as<Kep16u>(x) >> by) & keep; }
+};
+
+// Unsigned x / 2^n, half up, n of 1 and more; the half is added by the average, which cannot
+// overflow.
+template <class T>
+struct HalfUp {
+    int128<T> half;
+    ShiftDown<T> shift;
+    explicit HalfUp(int n) : half(splatInt(lowBits<T>(n - 1))), shift(n - 1) {}
+    KEPS_INLINE int128<T> operator()(int128<T> x) const { return shift(average(x, half)); }
+};
+
+// x / 2^s from h = floor(x / 2) and x's low bits, for signed sums and differences, s from 2 to the
+// width; half up.
+template <class T>
+struct SignedDown;
+template <>
+struct SignedDown<Kep16s> {
+    i16x8 factor, mask, half;
+    explicit SignedDown(int s)
+        : factor(splatInt(oneBit<Kep16s>(16 - s))),
+          mask(splatInt(lowBits<Kep16s>(s))),
+          half(splatInt(oneBit<Kep16s>(s - 1))) {}
+    KEPS_INLINE i16x8 operator()(i16x8 h, i16x8 low) const {
+        return toEven(mulRounded(h, factor), equal(low & mask, half));
+    }
+};
+template <>
+struct SignedDown<Kep32s> {
+    Count whole, fraction;
+    i32x4 mask, half;
+    explicit SignedDown(int s)
+        : whole(s - 1),
+          fraction(s - 2),
+          mask(splatInt(lowBits<Kep32s>(s))),
+          half(splatInt(oneBit<Kep32s>(s - 1))) {}
+    KEPS_INLINE i32x4 operator()(i32x4 h, i32x4 low) const {
+        const i32x4 up = (h >> whole) + ((h >> fraction) & splatInt(1));
+        return toEven(up, equal(low & mask, half));
+    }
+};
+
+// a + b with saturation.
+template <class T>
+KEPS_INLINE int128<T> saturatedSum(int128<T> a, int128<T> b) {
+    if constexpr (sizeof(T) < 4)
+        return addSaturated(a, b);
+    else {
+        const int128<T> sum = a + b;
+        return {
+            _mm_castps_si128(_mm_blendv_ps(_mm_castsi128_ps(sum.v), _mm_castsi128_ps(limitOf(a).v),
+                                           _mm_castsi128_ps(((a ^ sum) & (b ^ sum)).v)))};
+    }
+}
+// b - a with saturation.
+template <class T>
+KEPS_INLINE int128<T> saturatedDifference(int128<T> a, int128<T> b) {
+    if constexpr (sizeof(T) < 4)
+        return subSaturated(b, a);
+    else {
+        const int128<T> difference = b - a;
+        return {_mm_castps_si128(_mm_blendv_ps(_mm_castsi128_ps(difference.v),
+                                               _mm_castsi128_ps(limitOf(b).v),
+                                               _mm_castsi128_ps(((a ^ b) & (b ^ difference)).v)))};
+    }
+}
+
+template <class T>
+struct SumOf {
+    using result = T;
+    using V = int128<T>;
+    // 32s saturates at -31 already, which the rule of the bounds covers as well.
+    static constexpr int upper = sizeof(T) == 1        ? 9
+                                 : sizeof(T) == 4      ? 32
+                                 : std::is_signed_v<T> ? 16
+                                                       : 17;
+    static constexpr int lower = sizeof(T) == 1 ? -7 : sizeof(T) == 2 ? -15 : -30;
+
+    KEPS_INLINE static V plain(V a, V b) { return saturatedSum(a, b); }
+    KEPS_INLINE static V half(V a, V b) {
+        const V one = splatInt(T{1});
+        if constexpr (std::is_signed_v<T>) {
+            const V h = halfSum(a, b);
+            return h + (h & (a ^ b) & one);
+        } else {
+            const V up = average(a, b);
+            return up - (up & (a ^ b) & one);
+        }
+    }
+    struct Down {
+        SignedDown<T> rule;
+        explicit Down(int s) : rule(s) {}
+        KEPS_INLINE V operator()(V a, V b) const { return rule(halfSum(a, b), a + b); }
+    };
+    // A tie of the halved sum is one of the sum only where the sum is even.
+    struct UnsignedDown {
+        HalfUp<T> up;
+        V mask, tie;
+        explicit UnsignedDown(int s)
+            : up(s - 1), mask(splatInt(lowBits<T>(s - 1))), tie(splatInt(oneBit<T>(s - 2))) {}
+        KEPS_INLINE V operator()(V a, V b) const {
+            const V h = halfSum(a, b);
+            return toEven(up(h), without(equal(h & mask, tie), a ^ b));
+        }
+    };
+    template <class Run>
+    KEPS_INLINE static KepStatus down(int, const Run &run) {
+        if constexpr (std::is_signed_v<T>)
+            return run.template operator()<Down>();
+        else
+            return run.template operator()<UnsignedDown>();
+    }
+};
+
+// b - a. A negative difference of unsigned numbers is 0 under every scale factor.
+template <class T>
+struct DifferenceOf {
+    using result = T;
+    using V = int128<T>;
+    static constexpr int upper = 8 * sizeof(T);
+    static constexpr int lower = sizeof(T) == 1 ? -7 : sizeof(T) == 2 ? -15 : -30;
+
+    KEPS_INLINE static V plain(V a, V b) { return saturatedDifference(a, b); }
+    KEPS_INLINE static V half(V a, V b) {
+        const V one = splatInt(T{1});
+        if constexpr (std::is_signed_v<T>) {
+            // Only the largest difference rounds up beyond the type's maximum.
+            const V h = halfDifference(a, b), carry = h & (a ^ b) & one;
+            if constexpr (sizeof(T) == 2)
+                return addSaturated(h, carry);
+            else
+                return h + without(carry, equal(h, splatInt(std::numeric_limits<T>::max())));
+        } else {
+            const V d = subSaturated(b, a), up = average(d, nothing<T>());
+            return up - (up & d & one);
+        }
+    }
+    struct Down {
+        SignedDown<T> rule;
+        explicit Down(int s) : rule(s) {}
+        KEPS_INLINE V operator()(V a, V b) const { return rule(halfDifference(a, b), b - a); }
+    };
+    struct UnsignedDown {
+        HalfUp<T> up;
+        V mask, tie;
+        explicit UnsignedDown(int s)
+            : up(s), mask(splatInt(lowBits<T>(s))), tie(splatInt(oneBit<T>(s - 1))) {}
+        KEPS_INLINE V operator()(V a, V b) const {
+            const V d = subSaturated(b, a);
+            return toEven(up(d), equal(d & mask, tie));
+        }
+    };
+    template <class Run>
+    KEPS_INLINE static KepStatus down(int, const Run &run) {
+        if constexpr (std::is_signed_v<T>)
+            return run.template operator()<Down>();
+        else
+            return run.template operator()<UnsignedDown>();
+    }
+};
+
+// Roundings of 32-bit results. Near: those that stay half a unit away from the type's limits.
+template <class T>
+struct NearDown {
+    Count by;
+    int128<T> bit, half;
+    explicit NearDown(int s)
+        : by(s), bit(splatInt(oneBit<T>(s))), half(splatInt(oneBit<T>(s - 1))) {}
+    KEPS_INLINE int128<T> operator()(int128<T> x) const {
+        const auto minusEven = equal(x & bit, nothing<T>());
+        return (x + half + minusEven) >> by;
+    }
+};
+// Any; s of 2 and more.
+struct AnyDown {
+    Count by;
+    i32x4 quarter, mask, half;
+    explicit AnyDown(int s)
+        : by(s - 1),
+          quarter(splatInt(oneBit<Kep32s>(s - 2))),
+          mask(splatInt(lowBits<Kep32s>(s))),
+          half(splatInt(oneBit<Kep32s>(s - 1))) {}
+    KEPS_INLINE i32x4 operator()(i32x4 x) const {
+        return toEven((shiftRight<1>(x) + quarter) >> by, equal(x & mask, half));
+    }
+};
+KEPS_INLINE i32x4 halved(i32x4 x) {
+    const i32x4 h = shiftRight<1>(x);
+    return h + (h & x & splatInt(1));
+}
+
+template <class T>
+struct ProductOf;
+
+template <>
+struct ProductOf<Kep8u> {
+    using result = Kep8u;
+    using V = u8x16;
+    static constexpr int upper = 16, lower = -7;
+
+    KEPS_INLINE static two<u16x8> exact(V a, V b) {
+        const auto x = interleave<Kep16u>(a, nothing<Kep8u>());
+        const auto y = interleave<Kep16u>(b, nothing<Kep8u>());
+        return {mulLow(x.lo, y.lo), mulLow(x.hi, y.hi)};
+    }
+    KEPS_INLINE static V narrow(u16x8 lo, u16x8 hi) {
+        return narrowUnsigned(as<Kep16s>(lo), as<Kep16s>(hi));
+    }
+    KEPS_INLINE static V plain(V a, V b) {
+        const auto x = exact(a, b);
+        const __m128i top = _mm_set1_epi16(255);
+        return narrow({_mm_min_epu16(x.lo.v, top)}, {_mm_min_epu16(x.hi.v, top)});
+    }
+    KEPS_INLINE static V half(V a, V b) {
+        const auto x = exact(a, b);
+        const auto one = [](u16x8 v) KEPS_INLINE_LAMBDA {
+            const u16x8 h = shiftRight<1>(v);
+            return h + (h & v & splatInt(Kep16u{1}));
+        };
+        return narrow(one(x.lo), one(x.hi));
+    }
+    struct Down {
+        Count by;
+        u16x8 bit, half;
+        explicit Down(int s)
+            : by(s - 1), bit(splatInt(oneBit<Kep16u>(s))), half(splatInt(lowBits<Kep16u>(s - 1))) {}
+        KEPS_INLINE u16x8 round(u16x8 x) const {
+            return average(x, half + equal(x & bit, nothing<Kep16u>())) >> by;
+        }
+        KEPS_INLINE V operator()(V a, V b) const {
+            const auto x = exact(a, b);
+            return narrow(round(x.lo), round(x.hi));
+        }
+    };
+    template <class Run>
+    KEPS_INLINE static KepStatus down(int, const Run &run) {
+        return run.template operator()<Down>();
+    }
+};
+
+// From 17 on the lower halves of the products only tell ties.
+template <class T>
+KEPS_INLINE int128<T> tieOfHigh(int128<T> high, int128<T> low, int128<T> mask, int128<T> half) {
+    return equal(high & mask, half) & equal(low, nothing<T>());
+}
+
+template <>
+struct ProductOf<Kep16s> {
+    using result = Kep16s;
+    using V = i16x8;
+    static constexpr int upper = 30, lower = -15;
+
+    KEPS_INLINE static two<i32x4> exact(V a, V b) {
+        return interleave<Kep32s>(mulLow(a, b), mulHigh(a, b));
+    }
+    KEPS_INLINE static V plain(V a, V b) {
+        const auto x = exact(a, b);
+        return narrowSaturated(x.lo, x.hi);
+    }
+    KEPS_INLINE static V half(V a, V b) {
+        const auto x = exact(a, b);
+        return narrowSaturated(halved(x.lo), halved(x.hi));
+    }
+    struct DownTo14 {
+        NearDown<Kep32s> rule;
+        explicit DownTo14(int s) : rule(s) {}
+        KEPS_INLINE V operator()(V a, V b) const {
+            const auto x = exact(a, b);
+            return narrowSaturated(rule(x.lo), rule(x.hi));
+        }
+    };
+    // Only -1 squared leaves the range, and it alone gives the minimum.
+    struct Down15 {
+        explicit Down15(int) {}
+        KEPS_INLINE V operator()(V a, V b) const {
+            const V tie = equal(mulLow(a, b) & splatInt(Kep16s{0x7FFF}), splatInt(Kep16s{0x4000}));
+            const V x = toEven(mulRounded(a, b), tie);
+            return x ^ equal(x, splatInt(std::numeric_limits<Kep16s>::min()));
+        }
+    };
+    struct Down16 {
+        explicit Down16(int) {}
+        KEPS_INLINE V operator()(V a, V b) const {
+            const V low = mulLow(a, b), minimum = splatInt(std::numeric_limits<Kep16s>::min());
+            return toEven(mulHigh(a, b) - shiftRight<15>(low), equal(low, minimum));
+        }
+    };
+    struct DownFrom17 {
+        V factor, mask, half;
+        explicit DownFrom17(int s)
+            : factor(splatInt(oneBit<Kep16s>(31 - s))),
+              mask(splatInt(lowBits<Kep16s>(s - 16))),
+              half(splatInt(oneBit<Kep16s>(s - 17))) {}
+        KEPS_INLINE V operator()(V a, V b) const {
+            const V high = mulHigh(a, b);
+            return toEven(mulRounded(high, factor), tieOfHigh(high, mulLow(a, b), mask, half));
+        }
+    };
+    template <class Run>
+    KEPS_INLINE static KepStatus down(int s, const Run &run) {
+        if (s <= 14) return run.template operator()<DownTo14>();
+        if (s == 15) return run.template operator()<Down15>();
+        if (s == 16) return run.template operator()<Down16>();
+        return run.template operator()<DownFrom17>();
+    }
+};
+
+template <>
+struct ProductOf<Kep16u> {
+    using result = Kep16u;
+    using V = u16x8;
+    static constexpr int upper = 32, lower = -15;
+
+    KEPS_INLINE static V narrow(u32x4 lo, u32x4 hi) {
+        return narrowUnsigned(as<Kep32s>(lo), as<Kep32s>(hi));
+    }
+    KEPS_INLINE static V plain(V a, V b) {
+        const V fits = equal(mulHigh(a, b), nothing<Kep16u>());
+        return mulLow(a, b) | (fits ^ splatInt(Kep16u{0xFFFF}));
+    }
+    struct DownTo16 {
+        NearDown<Kep32u> rule;
+        explicit DownTo16(int s) : rule(s) {}
+        KEPS_INLINE V operator()(V a, V b) const {
+            const auto x = interleave<Kep32u>(mulLow(a, b), mulHigh(a, b));
+            return narrow(rule(x.lo), rule(x.hi));
+        }
+    };
+    KEPS_INLINE static V half(V a, V b) { return DownTo16(1)(a, b); }
+    struct DownFrom17 {
+        HalfUp<Kep16u> up;
+        V mask, tie;
+        explicit DownFrom17(int s)
+            : up(s - 16),
+              mask(splatInt(lowBits<Kep16u>(s - 16))),
+              tie(splatInt(oneBit<Kep16u>(s - 17))) {}
+        KEPS_INLINE V operator()(V a, V b) const {
+            const V high = mulHigh(a, b);
+            return toEven(up(high), tieOfHigh(high, mulLow(a, b), mask, tie));
+        }
+    };
+    template <class Run>
+    KEPS_INLINE static KepStatus down(int s, const Run &run) {
+        if (s <= 16) return run.template operator()<DownTo16>();
+        return run.template operator()<DownFrom17>();
+    }
+};
+
+// Products of 16-bit numbers that a 32-bit result holds exactly.
+struct Product16s32s {
+    using result = Kep32s;
+    using V = i16x8;
+    static constexpr int upper = 30, lower = -30;
+
+    KEPS_INLINE static two<i32x4> plain(V a, V b) { return ProductOf<Kep16s>::exact(a, b); }
+    KEPS_INLINE static two<i32x4> half(V a, V b) {
+        const auto x = plain(a, b);
+        return {halved(x.lo), halved(x.hi)};
+    }
+    struct Down {
+        NearDown<Kep32s> rule;
+        explicit Down(int s) : rule(s) {}
+        KEPS_INLINE two<i32x4> operator()(V a, V b) const {
+            const auto x = plain(a, b);
+            return {rule(x.lo), rule(x.hi)};
+        }
+    };
+    template <class Run>
+    KEPS_INLINE static KepStatus down(int, const Run &run) {
+        return run.template operator()<Down>();
+    }
+};
+
+// 16-bit results of exact 32-bit ones that Exact::of makes.
+template <class Exact>
+struct Narrowed {
+    using result = Kep16s;
+    static constexpr int upper = Exact::upper, lower = Exact::lower;
+
+    template <class... V>
+    KEPS_INLINE static i16x8 plain(V... x) {
+        const two<i32x4> v = Exact::of(x...);
+        return narrowSaturated(v.lo, v.hi);
+    }
+    template <class... V>
+    KEPS_INLINE static i16x8 half(V... x) {
+        const two<i32x4> v = Exact::of(x...);
+        return narrowSaturated(halved(v.lo), halved(v.hi));
+    }
+    struct Down {
+        AnyDown rule;
+        explicit Down(int s) : rule(s) {}
+        template <OneVector... V>
+        KEPS_INLINE i16x8 operator()(V... x) const {
+            const two<i32x4> v = Exact::of(x...);
+            return narrowSaturated(rule(v.lo), rule(v.hi));
+        }
+    };
+    template <class Run>
+    KEPS_INLINE static KepStatus down(int, const Run &run) {
+        return run.template operator()<Down>();
+    }
+};
+
+// An unsigned and a signed number.
+struct Exact16u16s {
+    static constexpr int upper = 31, lower = -14;
+    KEPS_INLINE static two<i32x4> of(u16x8 a, i16x8 b) {
+        const u16x8 c = as<Kep16u>(b);
+        // Read as unsigned, a negative b is 2^16 too large.
+        const u16x8 high = mulHigh(a, c) - (a & as<Kep16u>(shiftRight<15>(b)));
+        return interleave<Kep32s>(mulLow(a, c), high);
+    }
+};
+
+// a * b + sum.
+struct Exact16sPlus {
+    static constexpr int upper = 31, lower = -14;
+    KEPS_INLINE static two<i32x4> of(i16x8 a, i16x8 b, i16x8 sum) {
+        const auto x = interleave<Kep16s>(a, sum), y = interleave<Kep16s>(b, splatInt(Kep16s{1}));
+        return {mulAddPairs(x.lo, y.lo), mulAddPairs(x.hi, y.hi)};
+    }
+};
+
+// Complex products of four pairs: real and imaginary parts apart, each exact but for the sum of
+// four minima, 2^31, which is held as 2^31 - 1.
+struct ComplexProduct16 {
+    i32x4 re, im;
+    KEPS_INLINE ComplexProduct16(i16x8 a, i16x8 b) {
+        // With not d for -d - 1, ac - bd is a c + b not(d) + b; so no part is negated.
+        const i16x8 notIm = b ^ as<Kep16s>(splatInt(Kep32u{0xFFFF0000}));
+        const i16x8 swapped = {_mm_shufflehi_epi16(_mm_shufflelo_epi16(b.v, 0xB1), 0xB1)};
+        re = mulAddPairs(a, notIm) + shiftRight<16>(as<Kep32s>(a));
+        im = mulAddPairs(a, swapped);
+        im = im ^ equal(im, splatInt(std::numeric_limits<Kep32s>::min()));
+    }
+    // Parts saturated to 16 bits, in turn.
+    KEPS_INLINE static i16x8 join(i32x4 re, i32x4 im) {
+        const __m128i apart = _mm_packs_epi32(re.v, im.v);
+        return {_mm_unpacklo_epi16(apart, _mm_unpackhi_epi64(apart, apart))};
+    }
+};
+
+template <>
+struct ProductOf<Kep16sc> {
+    using result = Kep16s;
+    using V = i16x8;
+    static constexpr int upper = 31, lower = -15;
+
+    KEPS_INLINE static V plain(V a, V b) {
+        const ComplexProduct16 p(a, b);
+        return p.join(p.re, p.im);
+    }
+    KEPS_INLINE static V half(V a, V b) {
+        const ComplexProduct16 p(a, b);
+        return p.join(halved(p.re), halved(p.im));
+    }
+    struct Down {
+        AnyDown rule;
+        explicit Down(int s) : rule(s) {}
+        KEPS_INLINE V operator()(V a, V b) const {
+            const ComplexProduct16 p(a, b);
+            return p.join(rule(p.re), rule(p.im));
+        }
+    };
+    template <class Run>
+    KEPS_INLINE static KepStatus down(int, const Run &run) {
+        return run.template operator()<Down>();
+    }
+};
+
+// Exact 64-bit results of the even and the odd lanes of 32-bit vectors.
+struct Wide {
+    u64x2 even, odd;
+
+    // The lower and the upper words of all four.
+    KEPS_INLINE i32x4 low() const {
+        return {_mm_blend_epi16(even.v, _mm_slli_epi64(odd.v, 32), 0xCC)};
+    }
+    KEPS_INLINE i32x4 high() const {
+        return {_mm_blend_epi16(_mm_srli_epi64(even.v, 32), odd.v, 0xCC)};
+    }
+    KEPS_INLINE i32x4 saturated() const {
+        const i32x4 l = low(), h = high();
+        return select(equal(shiftRight<31>(l), h), limitOf(h), l);
+    }
+};
+
+KEPS_INLINE u64x2 oddWords(i32x4 x) {
+    return {_mm_srli_epi64(x.v, 32)};
+}
+// Of the even words.
+KEPS_INLINE u64x2 wideProduct(u64x2 a, u64x2 b) {
+    return {_mm_mul_epi32(a.v, b.v)};
+}
+KEPS_INLINE u64x2 evenWords(i32x4 x) {
+    return as<Kep64u>(x);
+}
+
+inline constexpr Kep64u topBit = Kep64u{1} << 63;
+
+// 64-bit roundings work on x + 2^63, since there is no signed shift of 64 bits; what the offset
+// makes of the quotient is taken off behind it. Near: results of up to 2^62 and s up to 62.
+struct NearWideDown {
+    Count by;
+    u64x2 bit, half, offset;
+    explicit NearWideDown(int s)
+        : by(s),
+          bit(splatInt(oneBit<Kep64u>(s))),
+          half(splatInt(topBit + oneBit<Kep64u>(s - 1))),
+          offset(splatInt(topBit >> s)) {}
+    // Without the offset taken off.
+    KEPS_INLINE u64x2 quotient(u64x2 x) const {
+        const u64x2 minusEven = equal(x & bit, nothing<Kep64u>());
+        return (x + half + minusEven) >> by;
+    }
+    KEPS_INLINE u64x2 operator()(u64x2 x) const { return quotient(x) - offset; }
+};
+// Any result; s from 2 to 63.
+struct AnyWideDown {
+    Count by;
+    u64x2 quarter, mask, half, offset;
+    explicit AnyWideDown(int s)
+        : by(s - 1),
+          quarter(splatInt(oneBit<Kep64u>(s - 2))),
+          mask(splatInt(lowBits<Kep64u>(s))),
+          half(splatInt(oneBit<Kep64u>(s - 1))),
+          offset(splatInt(topBit >> s)) {}
+    KEPS_INLINE u64x2 operator()(u64x2 x) const {
+        const u64x2 up = ((shiftRight<1>(x ^ splatInt(topBit)) + quarter) >> by) - offset;
+        return toEven(up, equal(x & mask, half));
+    }
+};
+KEPS_INLINE u64x2 halvedWide(u64x2 x) {
+    const u64x2 h = shiftRight<1>(x ^ splatInt(topBit)) - splatInt(topBit >> 1);
+    return h + (h & x & splatInt(Kep64u{1}));
+}
+
+// 32-bit results of the exact 64-bit ones that Exact::of makes.
+template <class Exact>
+struct NarrowedWide {
+    using result = Kep32s;
+    using V = i32x4;
+    static constexpr int upper = Exact::upper, lower = Exact::lower;
+
+    template <class... W>
+    KEPS_INLINE static V plain(W... x) {
+        return Exact::of(x...).saturated();
+    }
+    template <class... W>
+    KEPS_INLINE static V half(W... x) {
+        const Wide v = Exact::of(x...);
+        return Wide{halvedWide(v.even), halvedWide(v.odd)}.saturated();
+    }
+    struct Down {
+        AnyWideDown rule;
+        explicit Down(int s) : rule(s) {}
+        template <OneVector... W>
+        KEPS_INLINE V operator()(W... x) const {
+            const Wide v = Exact::of(x...);
+            return Wide{rule(v.even), rule(v.odd)}.saturated();
+        }
+    };
+    struct NearDown {
+        NearWideDown rule;
+        explicit NearDown(int s) : rule(s) {}
+        template <OneVector... W>
+        KEPS_INLINE V operator()(W... x) const {
+            const Wide v = Exact::of(x...);
+            return Wide{rule(v.even), rule(v.odd)}.saturated();
+        }
+    };
+    // Near results of s from 32 to 62 fit 32 bits.
+    struct NearDownFrom32 {
+        NearWideDown rule;
+        V offset;
+        explicit NearDownFrom32(int s) : rule(s), offset(splatInt(oneBit<Kep32s>(63 - s))) {}
+        template <OneVector... W>
+        KEPS_INLINE V operator()(W... x) const {
+            const Wide v = Exact::of(x...);
+            return Wide{rule.quotient(v.even), rule.quotient(v.odd)}.low() - offset;
+        }
+    };
+    template <class Run>
+    KEPS_INLINE static KepStatus down([[maybe_unused]] int s, const Run &run) {
+        if constexpr (Exact::near) {
+            if (s < 32) return run.template operator()<NearDown>();
+            return run.template operator()<NearDownFrom32>();
+        } else {
+            return run.template operator()<Down>();
+        }
+    }
+};
+
+struct Exact32s {
+    static constexpr int upper = 62, lower = -31;
+    static constexpr bool near = true;
+    KEPS_INLINE static Wide of(i32x4 a, i32x4 b) {
+        return {wideProduct(evenWords(a), evenWords(b)), wideProduct(oddWords(a), oddWords(b))};
+    }
+};
+
+// a * b + sum.
+struct Exact32sPlus {
+    static constexpr int upper = 63, lower = -31;
+    static constexpr bool near = false;
+    KEPS_INLINE static Wide of(i32x4 a, i32x4 b, i32x4 sum) {
+        const Wide p = Exact32s::of(a, b);
+        const i32x4 sign = shiftRight<31>(sum);
+        const u64x2 even = {_mm_blend_epi16(sum.v, _mm_slli_epi64(sign.v, 32), 0xCC)};
+        const u64x2 odd = {_mm_blend_epi16(_mm_srli_epi64(sum.v, 32), sign.v, 0xCC)};
+        return {p.even + even, p.odd + odd};
+    }
+};
+
+// Complex products: real parts even, imaginary parts odd, exact but for the sum of four minima,
+// 2^63, which is held as 2^63 - 1.
+struct Exact32sc {
+    static constexpr int upper = 63, lower = -31;
+    static constexpr bool near = false;
+    KEPS_INLINE static Wide of(i32x4 a, i32x4 b) {
+        const u64x2 ar = evenWords(a), ai = oddWords(a), br = evenWords(b), bi = oddWords(b);
+        const u64x2 im = wideProduct(ar, bi) + wideProduct(ai, br);
+        return {wideProduct(ar, br) - wideProduct(ai, bi), im ^ equal(im, splatInt(topBit))};
+    }
+};
+
+template <>
+struct ProductOf<Kep32s> : NarrowedWide<Exact32s> {};
+template <>
+struct ProductOf<Kep32sc> : NarrowedWide<Exact32sc> {};
+
+} // namespace keps

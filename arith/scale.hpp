@@ -1,0 +1,202 @@
+// The rule of scaled integers: the exact result of an operation, times two to the minus
+// scaleFactor, rounded to nearest with ties to even, saturated.
+//
+// An operation (integerops.hpp) is a struct of static members: upper and lower, the scale factors
+// beyond which all results are 0 or a bound; plain, the saturated result; half, that of scale
+// factor 1; and down(s, run), which hands run the rule of a scale factor of 2 and more. A rule is
+// made from the scale factor, once per call, and is then an operator on vectors. Everything else
+// about scale factors stands here.
+#pragma once
+
+#include <limits>
+
+#include "arith/bytype.hpp"
+#include "frame/entry.hpp"
+#include "frame/simd/shapes.hpp"
+
+namespace keps {
+
+template <class V>
+concept OneVector = !isTwo<V>;
+
+// Saturating shifts left by k of 1 and more; k is capped where any value but 0 saturates.
+template <class T>
+struct ShiftUp;
+
+template <>
+struct ShiftUp<Kep8u> {
+    Count by;
+    explicit ShiftUp(int k) : by(k) {}
+    KEPS_INLINE u8x16 operator()(u8x16 x) const {
+        const auto wide = interleave<Kep16s>(x, nothing<Kep8u>());
+        return narrowUnsigned(wide.lo << by, wide.hi << by);
+    }
+};
+template <>
+struct ShiftUp<Kep16s> {
+    Count by; // down from the upper half of 32 bits
+    explicit ShiftUp(int k) : by(16 - k) {}
+    KEPS_INLINE i16x8 operator()(i16x8 x) const {
+        const auto wide = interleave<Kep32s>(nothing<Kep16s>(), x);
+        return narrowSaturated(wide.lo >> by, wide.hi >> by);
+    }
+};
+template <>
+struct ShiftUp<Kep16u> {
+    Count by;
+    explicit ShiftUp(int k) : by(k) {}
+    KEPS_INLINE u16x8 operator()(u16x8 x) const {
+        const auto wide = interleave<Kep32s>(x, nothing<Kep16u>());
+        return narrowUnsigned(wide.lo << by, wide.hi << by);
+    }
+};
+
+// The limit of x's sign.
+template <class T>
+KEPS_INLINE int128<T> limitOf(int128<T> x) {
+    return shiftRight<8 * sizeof(T) - 1>(x) ^ splatInt(std::numeric_limits<T>::max());
+}
+
+template <>
+struct ShiftUp<Kep32s> {
+    Count by;
+    explicit ShiftUp(int k) : by(k) {}
+    KEPS_INLINE i32x4 operator()(i32x4 x) const {
+        const i32x4 shifted = x << by;
+        return select(equal(shifted >> by, x), limitOf(x), shifted);
+    }
+};
+
+// 0 stays 0, the rest becomes the limit of its sign.
+template <class T>
+KEPS_INLINE int128<T> bound(int128<T> x) {
+    const int128<T> isZero = equal(x, nothing<T>());
+    if constexpr (std::is_signed_v<T>)
+        return without(limitOf(x), isZero);
+    else
+        return isZero ^ splatInt(std::numeric_limits<T>::max());
+}
+template <class V>
+KEPS_INLINE two<V> bound(two<V> x) {
+    return {bound(x.lo), bound(x.hi)};
+}
+
+// The rules of the classes that are alike for all operations.
+template <class Op>
+struct Plain {
+    explicit Plain(int) {}
+    template <OneVector... V>
+    KEPS_INLINE auto operator()(V... x) const {
+        return Op::plain(x...);
+    }
+};
+template <class Op>
+struct Half {
+    explicit Half(int) {}
+    template <OneVector... V>
+    KEPS_INLINE auto operator()(V... x) const {
+        return Op::half(x...);
+    }
+};
+template <class Op>
+struct Up {
+    ShiftUp<typename Op::result> shift;
+    explicit Up(int s) : shift(-s) {}
+    template <OneVector... V>
+    KEPS_INLINE auto operator()(V... x) const {
+        return apply(shift, Op::plain(x...));
+    }
+};
+template <class Op>
+struct Bound {
+    explicit Bound(int) {}
+    template <OneVector... V>
+    KEPS_INLINE auto operator()(V... x) const {
+        return bound(Op::plain(x...));
+    }
+};
+
+// Calls run.template operator()<Rule>() with the rule of a scale factor up to Op::upper.
+template <class Op, class Run>
+KEPS_INLINE KepStatus byClass(int s, const Run &run) {
+    if (s == 0) return run.template operator()<Plain<Op>>();
+    if (s == 1) return run.template operator()<Half<Op>>();
+    if (s > 1) return Op::down(s, run);
+    if (s >= Op::lower) return run.template operator()<Up<Op>>();
+    return run.template operator()<Bound<Op>>();
+}
+
+template <class T>
+inline constexpr int lanesOf = 32 / static_cast<int>(sizeof(T));
+
+// The kernels. They hold no 256-bit arguments, so they need not be inlined.
+template <class Rule, class To, class... From>
+[[gnu::noinline]] KepStatus mapArrays(int s, size n, To *dst, const From *...src) {
+    map<lanesOf<To>, 2>(n, Rule(s), dst, src...);
+    return kepStatusOk;
+}
+
+// A rule with its constant as the second or the first operand.
+template <class Rule, class V>
+struct RuleWithSecond {
+    Rule rule;
+    V constant;
+    KEPS_INLINE V operator()(V x) const { return rule(x, constant); }
+};
+template <class Rule, class V>
+struct RuleWithFirst {
+    Rule rule;
+    V constant;
+    KEPS_INLINE V operator()(V x) const { return rule(constant, x); }
+};
+template <template <class, class> class Bind, class Rule, class T, class V>
+[[gnu::noinline]] KepStatus mapWithConstant(int s, V constant, size n, T *dst, const T *src) {
+    map<lanesOf<T>, 2>(n, Bind<Rule, V>{Rule(s), constant}, dst, src);
+    return kepStatusOk;
+}
+
+// A vector of one value; complex ones take pairs of lanes.
+template <class T>
+KEPS_INLINE int128<T> splatValue(T x) {
+    return splatInt(x);
+}
+KEPS_INLINE i16x8 splatValue(Kep16sc x) {
+    return as<Kep16s>(splatInt(__builtin_bit_cast(std::uint32_t, x)));
+}
+KEPS_INLINE i32x4 splatValue(Kep32sc x) {
+    return as<Kep32s>(splatInt(__builtin_bit_cast(std::uint64_t, x)));
+}
+
+// dst = the scaled result of Op on arrays, behind the default entry tests.
+template <class Op, class To, class... From>
+KEPS_INLINE KepStatus scaled(int s, std::int32_t len, To *dst, const From *...src) {
+    if (const KepStatus refused = refuse(len, src..., dst)) return refused;
+    if (s > Op::upper) return zeroArray(dst, len);
+    return byClass<Op>(s, [&]<class Rule>() { return mapArrays<Rule>(s, len, dst, src...); });
+}
+
+// The same of an array and a constant, entry tests done.
+template <class Op, template <class, class> class Bind, class T>
+KEPS_INLINE KepStatus scaledByConstant(int s, std::int32_t len, T *dst, const T *src, T val) {
+    if (s > Op::upper) return zeroArray(dst, len);
+    return byClass<Op>(s, [&]<class Rule>() {
+        return mapWithConstant<Bind, Rule>(s, splatValue(val), len, dst, src);
+    });
+}
+
+template <class T>
+KEPS_INLINE bool isNothing(T x) {
+    if constexpr (std::is_class_v<T>)
+        return x.re == 0 && x.im == 0;
+    else
+        return x == 0;
+}
+template <class T>
+KEPS_INLINE bool isUnit(T x) {
+    if constexpr (std::is_class_v<T>)
+        return x.re == 1 && x.im == 0;
+    else
+        return x == 1;
+}
+
+} // namespace keps
