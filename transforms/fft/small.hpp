@@ -24,10 +24,10 @@ struct Points {
 };
 
 KEPS_INLINE f32x4 loadPair(const float *p) {
-    return {_mm_castpd_ps(_mm_load_sd(reinterpret_cast<const double *>(p)))};
+    return {_mm_castpd_ps(_mm_set_sd(loadAs<double>(p)))};
 }
 KEPS_INLINE void storePair(float *p, f32x4 x) {
-    _mm_store_sd(reinterpret_cast<double *>(p), _mm_castps_pd(x.v));
+    storeAs(p, _mm_cvtsd_f64(_mm_castps_pd(x.v)));
 }
 
 // Two arrays: 2 shuffles and a join a vector on the way in, an extraction and 2 shuffles out.
@@ -55,15 +55,15 @@ struct SplitPoints {
         if constexpr (sizeof(T) == 4)
             return unpackLower(loadPair(reals + i), loadPair(imags + i));
         else
-            return {_mm_loadh_pd(_mm_load_sd(reals + i), imags + i)};
+            return {_mm_loadh_pd(_mm_set_sd(loadOne(reals + i)), imags + i)};
     }
     KEPS_INLINE void storeHalf(int i, f32x4 x) const {
         storePair(reals + i, {_mm_permute_ps(x.v, 0x88)});
         storePair(imags + i, {_mm_permute_ps(x.v, 0xDD)});
     }
     KEPS_INLINE void storeHalf(int i, f64x2 x) const {
-        _mm_store_sd(reals + i, x.v);
-        _mm_storeh_pd(imags + i, x.v);
+        storeOne(reals + i, _mm_cvtsd_f64(x.v));
+        storeOne(imags + i, _mm_cvtsd_f64(_mm_unpackhi_pd(x.v, x.v)));
     }
     KEPS_INLINE E *re(int i) const { return reals + i; }
     KEPS_INLINE E *im(int i) const { return imags + i; }
