@@ -18,7 +18,7 @@ KEPS_INLINE KepStatus timesConstant(const T *src, T val, T *dst, int32_t len) {
             return zeroArray(dst, len);
         return withSecond<Product>(src, val, dst, len);
     } else {
-        return withSecond<ComplexProduct>(src, val, dst, len);
+        return withSecond<ComplexFactor>(src, val, dst, len);
     }
 }
 
