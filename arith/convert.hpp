@@ -4,43 +4,60 @@
 // minus infinity and of NaN.
 #pragma once
 
+#include <limits>
+
+#include "arith/widths.hpp"
 #include "frame/fpstate.hpp"
-#include "frame/simd/shapes.hpp"
+#include "frame/simd/math256.hpp"
 
 namespace keps {
 
-// 2^exponent, exponent from -126 to 127.
-KEPS_INLINE float powerOfTwo(int exponent) {
-    return __builtin_bit_cast(float, static_cast<std::uint32_t>(127 + exponent) << 23);
+// 2^exponent, for exponents of the type's normal range.
+template <class E>
+KEPS_INLINE E powerOf(int exponent) {
+    if constexpr (sizeof(E) == 4)
+        return __builtin_bit_cast(float, static_cast<std::uint32_t>(127 + exponent) << 23);
+    else
+        return __builtin_bit_cast(double, static_cast<std::uint64_t>(1023 + exponent) << 52);
 }
 
 // Scalings of a value. They hold scalars: kernels that aren't inlined take them by value.
 struct Unscaled {
-    KEPS_INLINE f32x8 operator()(f32x8 x) const { return x; }
+    template <class V>
+    KEPS_INLINE V operator()(V x) const {
+        return x;
+    }
 };
+template <class E>
 struct ByPower {
-    float power;
-    KEPS_INLINE f32x8 operator()(f32x8 x) const { return x * splat<f32x8>(power); }
+    E power;
+    template <class V>
+    KEPS_INLINE V operator()(V x) const {
+        return x * splat<V>(power);
+    }
 };
-// For powers beyond one float's range. The first product is exact or below 2^-126, where the
-// second one makes it a zero all the same; or it overflows, which saturates as the value would.
+// For powers beyond one float's range. The first product is exact or below the smallest normal
+// number, where the second one makes it a zero all the same; or it overflows, which saturates as
+// the value would.
+template <class E>
 struct ByTwoPowers {
-    float first, second;
-    KEPS_INLINE f32x8 operator()(f32x8 x) const {
-        return x * splat<f32x8>(first) * splat<f32x8>(second);
+    E first, second;
+    template <class V>
+    KEPS_INLINE V operator()(V x) const {
+        return x * splat<V>(first) * splat<V>(second);
     }
 };
 
-// Calls run with the scaling by 2^-scaleFactor, for any scale factor.
-template <class Run>
+// Calls run with the scaling of E by 2^-scaleFactor, for any scale factor.
+template <class E, class Run>
 KEPS_INLINE KepStatus withScaling(std::int32_t scaleFactor, const Run &run) {
     if (scaleFactor == 0) return run(Unscaled{});
-    // Every float times 2^-252 rounds to 0, and any but 0 times 2^252 is beyond every integer.
-    constexpr std::int32_t one = 126, both = 2 * one;
+    // Every number times 2^-both rounds to 0, and any but 0 times 2^both is beyond every integer.
+    constexpr std::int32_t one = sizeof(E) == 4 ? 126 : 1022, both = 2 * one;
     const std::int32_t s = scaleFactor > both ? both : (scaleFactor < -both ? -both : scaleFactor);
-    if (-one <= s && s <= one) return run(ByPower{powerOfTwo(-s)});
+    if (-one <= s && s <= one) return run(ByPower<E>{powerOf<E>(-s)});
     const std::int32_t first = s > 0 ? one : -one;
-    return run(ByTwoPowers{powerOfTwo(-first), powerOfTwo(first - s)});
+    return run(ByTwoPowers<E>{powerOf<E>(-first), powerOf<E>(first - s)});
 }
 
 // Roundings to 32-bit integers.
@@ -81,5 +98,36 @@ KEPS_INLINE KepStatus withRounding(int rndMode, const Run &run) {
     const RoundingScope scope(roundTowardZero);
     return run(HalfAway{});
 }
+
+// To integers of To: the maximum by min, the minimum and NaN by the conversion and the narrowing.
+// The float of the largest 32-bit integer is 2^31, which does not fit: there the lanes that reach
+// it, now 0x80000000, are complemented.
+template <class To, class V>
+KEPS_INLINE V below(V x) {
+    constexpr bool fits = !(std::is_same_v<V, f32x8> && std::is_same_v<To, std::int32_t>);
+    return fits ? min(splat<V>(static_cast<typename V::element>(std::numeric_limits<To>::max())), x)
+                : x;
+}
+template <class To, class Integers, class V>
+KEPS_INLINE auto saturated(Integers rounded, V x) {
+    if constexpr (std::is_same_v<V, f32x8> && std::is_same_v<To, std::int32_t>) {
+        const __m256 reaches = _mm256_cmp_ps(x.v, _mm256_set1_ps(0x1p31F), _CMP_GE_OQ);
+        const __m256i mask = _mm256_castps_si256(reaches);
+        return two<i32x4>{{_mm_xor_si128(rounded.lo.v, _mm256_castsi256_si128(mask))},
+                          {_mm_xor_si128(rounded.hi.v, _mm256_extractf128_si256(mask, 1))}};
+    } else {
+        return narrowTo<To>(rounded);
+    }
+}
+
+template <class To, class Scaling, class Rounding>
+struct ToInteger {
+    Scaling scale;
+    template <class V>
+    KEPS_INLINE auto operator()(V x) const {
+        const V bounded = below<To>(scale(x));
+        return saturated<To>(Rounding::round(bounded), bounded);
+    }
+};
 
 } // namespace keps

@@ -2,27 +2,18 @@
 // divisors.
 #pragma once
 
-#include <limits>
-
 #include "arith/convert.hpp"
-#include "arith/widths.hpp"
 #include "frame/omp.hpp"
-#include "frame/simd/math256.hpp"
 
 namespace keps {
-
-// 2^exponent, exponent from -1022 to 1023.
-KEPS_INLINE double powerOfTwo64(int exponent) {
-    return __builtin_bit_cast(double, static_cast<std::uint64_t>(1023 + exponent) << 52);
-}
 
 // 2^-scaleFactor for quotients and products of samples: at 2^+-100 every result is settled, and
 // nothing leaves a float's range.
 KEPS_INLINE float quotientScale(int scaleFactor) {
     constexpr int settled = 100;
-    return powerOfTwo(scaleFactor > settled    ? -settled
-                      : scaleFactor < -settled ? settled
-                                               : -scaleFactor);
+    return powerOf<float>(scaleFactor > settled    ? -settled
+                          : scaleFactor < -settled ? settled
+                                                   : -scaleFactor);
 }
 
 // Collects whether a divisor was zero. The operators of loop shapes are const.

@@ -1,4 +1,4 @@
-// Convert: from one element type to another.
+// Convert between integers, and from integers to floats.
 #include "arith/convert.hpp"
 #include "frame/entry.hpp"
 
@@ -6,40 +6,138 @@ using namespace keps;
 
 namespace {
 
-struct Widen16s {
-    KEPS_INLINE f32x8 operator()(i16x8 x) const { return toFloat(widenLower(x), widenUpper(x)); }
+struct Widen8sTo16s {
+    KEPS_INLINE two<i16x8> operator()(i8x16 x) const {
+        return {{_mm_cvtepi8_epi16(x.v)}, {_mm_cvtepi8_epi16(_mm_srli_si128(x.v, 8))}};
+    }
+};
+struct Widen16sTo32s {
+    KEPS_INLINE two<i32x4> operator()(i16x8 x) const { return {widenLower(x), widenUpper(x)}; }
+};
+struct FloatToDouble {
+    KEPS_INLINE f64x4 operator()(f32x4 x) const { return {_mm256_cvtps_pd(x.v)}; }
+};
+struct DoubleToFloat {
+    KEPS_INLINE f32x4 operator()(f64x4 x) const { return {_mm256_cvtpd_ps(x.v)}; }
+};
+struct Below0To0 {
+    KEPS_INLINE u8x16 operator()(i8x16 x) const { return {_mm_max_epi8(x.v, _mm_setzero_si128())}; }
+};
+struct Above127To127 {
+    KEPS_INLINE i8x16 operator()(u8x16 x) const { return {_mm_min_epu8(x.v, _mm_set1_epi8(127))}; }
+};
+struct Narrow32sTo16s {
+    KEPS_INLINE i16x8 operator()(two<i32x4> x) const { return narrowSaturated(x.lo, x.hi); }
+};
+struct Narrow16sTo8s {
+    KEPS_INLINE i8x16 operator()(two<i16x8> x) const { return {_mm_packs_epi16(x.lo.v, x.hi.v)}; }
 };
 
-template <class Scaling, class Rounding>
-struct FloatTo16s {
+template <int N, int Unroll, class Op, class From, class To>
+KEPS_INLINE KepStatus convert(const From *src, To *dst, std::int32_t len, const Op &op) {
+    if (const KepStatus refused = refuse(len, src, dst)) return refused;
+    map<N, Unroll>(len, op, dst, src);
+    return kepStatusOk;
+}
+
+// Widened, then scaled in float.
+template <class V, class Scaling>
+struct ToScaledFloat {
     Scaling scale;
-    f32x8 top;
-    KEPS_INLINE i16x8 operator()(f32x8 x) const {
-        const two<i32x4> wide = Rounding::round(min(top, scale(x)));
-        return narrowSaturated(wide.lo, wide.hi);
+    template <class I>
+    KEPS_INLINE V operator()(I x) const {
+        return scale(Widen<V>{}(x));
+    }
+};
+template <class V, class From>
+KEPS_INLINE KepStatus toScaledFloat(const From *src, typename V::element *dst, std::int32_t len,
+                                    int scaleFactor) {
+    return withScaling<typename V::element>(scaleFactor, [&]<class Scaling>(Scaling scale) {
+        return convert<V::lanes, 2>(src, dst, len, ToScaledFloat<V, Scaling>{scale});
+    });
+}
+
+// To 8 bits through float, which holds the samples and their scaled values exactly.
+template <class Scaling, class Rounding>
+struct To8s {
+    Scaling scale;
+    template <class I>
+    KEPS_INLINE i8x16 operator()(I x) const {
+        return ToInteger<std::int8_t, Scaling, Rounding>{scale}(Widen<f32x8>{}(x));
+    }
+};
+template <class Scaling, class Rounding, class From>
+[[gnu::noinline]] KepStatus to8s(const From *src, Kep8s *dst, size n, Scaling scale) {
+    map<8, 2>(n, To8s<Scaling, Rounding>{scale}, dst, src);
+    return kepStatusOk;
+}
+template <class From>
+KEPS_INLINE KepStatus to8sByMode(const From *src, Kep8s *dst, std::int32_t len, int rndMode,
+                                 int scaleFactor) {
+    return withScaling<float>(scaleFactor, [&]<class Scaling>(Scaling scale) {
+        return withRounding(rndMode, [&]<class Rounding>(Rounding) {
+            return to8s<Scaling, Rounding>(src, dst, len, scale);
+        });
+    });
+}
+
+struct Narrow32sTo16sDown {
+    int bits;
+    KEPS_INLINE i16x8 operator()(two<i32x4> x) const {
+        return narrowSaturated(shiftDownRounded(x.lo, bits), shiftDownRounded(x.hi, bits));
+    }
+};
+struct Narrow32sTo16sUp {
+    int bits;
+    KEPS_INLINE i16x8 operator()(two<i32x4> x) const { return narrowSaturated(up(x.lo), up(x.hi)); }
+    // Values of 17 bits that leave 16 bits of room.
+    KEPS_INLINE i32x4 up(i32x4 x) const {
+        const __m128i bounded =
+            _mm_min_epi32(_mm_max_epi32(x.v, _mm_set1_epi32(-32768)), _mm_set1_epi32(32768));
+        return {_mm_sll_epi32(bounded, _mm_cvtsi32_si128(bits))};
     }
 };
 
-template <class Scaling, class Rounding>
-[[gnu::noinline]] KepStatus floatTo16s(const Kep32f *src, Kep16s *dst, size n, Scaling scale) {
-    map<8, 2>(n, FloatTo16s<Scaling, Rounding>{scale, splat<f32x8>(32767)}, dst, src);
-    return kepStatusOk;
-}
-
 } // namespace
 
-KepStatus kepsConvert_16s32f(const Kep16s *src, Kep32f *dst, int32_t len) {
+// clang-format off
+KepStatus kepsConvert_8s16s(const Kep8s *src, Kep16s *dst, int32_t len) { return convert<16, 4>(src, dst, len, Widen8sTo16s{}); }
+KepStatus kepsConvert_8s32f(const Kep8s *src, Kep32f *dst, int32_t len) { return convert<8, 4>(src, dst, len, Widen<f32x8>{}); }
+KepStatus kepsConvert_8u32f(const Kep8u *src, Kep32f *dst, int32_t len) { return convert<8, 4>(src, dst, len, Widen<f32x8>{}); }
+KepStatus kepsConvert_16s32s(const Kep16s *src, Kep32s *dst, int32_t len) { return convert<8, 4>(src, dst, len, Widen16sTo32s{}); }
+KepStatus kepsConvert_16s32f(const Kep16s *src, Kep32f *dst, int32_t len) { return convert<8, 4>(src, dst, len, Widen<f32x8>{}); }
+KepStatus kepsConvert_16u32f(const Kep16u *src, Kep32f *dst, int32_t len) { return convert<8, 4>(src, dst, len, Widen<f32x8>{}); }
+KepStatus kepsConvert_32s32f(const Kep32s *src, Kep32f *dst, int32_t len) { return convert<8, 4>(src, dst, len, Widen<f32x8>{}); }
+KepStatus kepsConvert_32s64f(const Kep32s *src, Kep64f *dst, int32_t len) { return convert<4, 4>(src, dst, len, Widen<f64x4>{}); }
+KepStatus kepsConvert_32f64f(const Kep32f *src, Kep64f *dst, int32_t len) { return convert<4, 4>(src, dst, len, FloatToDouble{}); }
+KepStatus kepsConvert_64f32f(const Kep64f *src, Kep32f *dst, int32_t len) { return convert<4, 4>(src, dst, len, DoubleToFloat{}); }
+KepStatus kepsConvert_32s16s(const Kep32s *src, Kep16s *dst, int32_t len) { return convert<8, 4>(src, dst, len, Narrow32sTo16s{}); }
+KepStatus kepsConvert_8s8u(const Kep8s *src, Kep8u *dst, int32_t len) { return convert<16, 4>(src, dst, len, Below0To0{}); }
+
+KepStatus kepsConvert_16s32f_Sfs(const Kep16s *src, Kep32f *dst, int32_t len, int scaleFactor) { return toScaledFloat<f32x8>(src, dst, len, scaleFactor); }
+KepStatus kepsConvert_16s64f_Sfs(const Kep16s *src, Kep64f *dst, int32_t len, int scaleFactor) { return toScaledFloat<f64x4>(src, dst, len, scaleFactor); }
+KepStatus kepsConvert_32s32f_Sfs(const Kep32s *src, Kep32f *dst, int32_t len, int scaleFactor) { return toScaledFloat<f32x8>(src, dst, len, scaleFactor); }
+KepStatus kepsConvert_32s64f_Sfs(const Kep32s *src, Kep64f *dst, int32_t len, int scaleFactor) { return toScaledFloat<f64x4>(src, dst, len, scaleFactor); }
+// clang-format on
+
+KepStatus kepsConvert_8u8s_Sfs(const Kep8u *src, Kep8s *dst, int32_t len, int rndMode,
+                               int scaleFactor) {
     if (const KepStatus refused = refuse(len, src, dst)) return refused;
-    map<8>(len, Widen16s{}, dst, src);
-    return kepStatusOk;
+    if (scaleFactor == 0) return convert<16, 4>(src, dst, len, Above127To127{});
+    return to8sByMode(src, dst, len, rndMode, scaleFactor);
+}
+KepStatus kepsConvert_16s8s_Sfs(const Kep16s *src, Kep8s *dst, int32_t len, int rndMode,
+                                int scaleFactor) {
+    if (const KepStatus refused = refuse(len, src, dst)) return refused;
+    if (scaleFactor == 0) return convert<16, 4>(src, dst, len, Narrow16sTo8s{});
+    return to8sByMode(src, dst, len, rndMode, scaleFactor);
 }
 
-KepStatus kepsConvert_32f16s_Sfs(const Kep32f *src, Kep16s *dst, int32_t len, int rndMode,
-                                 int scaleFactor) {
+KepStatus kepsConvert_32s16s_Sfs(const Kep32s *src, Kep16s *dst, int32_t len, int scaleFactor) {
     if (const KepStatus refused = refuse(len, src, dst)) return refused;
-    return withScaling(scaleFactor, [&]<class Scaling>(Scaling scale) {
-        return withRounding(rndMode, [&]<class Rounding>(Rounding) {
-            return floatTo16s<Scaling, Rounding>(src, dst, len, scale);
-        });
-    });
+    if (scaleFactor == 0) return convert<8, 4>(src, dst, len, Narrow32sTo16s{});
+    // At most one half at 32.
+    if (scaleFactor > 31) return kepsZero_16s(dst, len);
+    if (scaleFactor > 0) return convert<8, 2>(src, dst, len, Narrow32sTo16sDown{scaleFactor});
+    return convert<8, 2>(src, dst, len, Narrow32sTo16sUp{scaleFactor < -15 ? 15 : -scaleFactor});
 }

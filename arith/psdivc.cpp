@@ -31,7 +31,7 @@ KEPS_INLINE GriddedReciprocal reciprocalOf(int val, int scaleFactor) {
     const int bits = magnitude == 1 ? 0 : 32 - __builtin_clz(magnitude - 1);
     const int finest = 1 + bits + (scaleFactor > 0 ? scaleFactor : 0);
     const double scale = quotientScale(scaleFactor);
-    return {scale * powerOfTwo64(finest) / val, powerOfTwo64(-finest)};
+    return {scale * powerOf<double>(finest) / val, powerOf<double>(-finest)};
 }
 
 template <class Wide, class T>

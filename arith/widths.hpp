@@ -60,4 +60,17 @@ KEPS_INLINE auto narrowTo(i32x4 x) {
         return narrowTo<T>(two<i32x4>{x, x});
 }
 
+// x / 2^bits to nearest, ties to even, bits from 1 to 31. The part shifted out is rounded on its
+// own, in unsigned 32 bits, which cannot overflow. 7 instructions.
+template <class T>
+KEPS_INLINE int128<T> shiftDownRounded(int128<T> x, int bits) {
+    const __m128i count = _mm_cvtsi32_si128(bits);
+    const auto unit = static_cast<std::uint32_t>(1) << bits;
+    const __m128i q = std::is_signed_v<T> ? _mm_sra_epi32(x.v, count) : _mm_srl_epi32(x.v, count);
+    const __m128i rest = _mm_and_si128(x.v, _mm_set1_epi32(static_cast<int>(unit - 1)));
+    const __m128i odd = _mm_and_si128(q, _mm_set1_epi32(1));
+    const __m128i bias = _mm_add_epi32(odd, _mm_set1_epi32(static_cast<int>(unit / 2 - 1)));
+    return {_mm_add_epi32(q, _mm_srl_epi32(_mm_add_epi32(rest, bias), count))};
+}
+
 } // namespace keps

@@ -245,6 +245,32 @@ Stream<T> directFir(const std::vector<T> &taps) {
     return [fir](const T *src, T *dst, int n) { (*fir)(src, dst, n); };
 }
 
+Stream<Kep16s> directFir16(const std::vector<float> &taps) {
+    struct State {
+        Stream<float> fir;
+        float in[2048], out[2048];
+    };
+    auto state = std::make_shared<State>();
+    state->fir = directFir(taps);
+    return [state](const Kep16s *src, Kep16s *dst, int n) {
+        for (int at = 0; at < n; at += 2048) {
+            const int m = std::min(2048, n - at);
+            for (int i = 0; i < m; ++i) state->in[i] = src[at + i];
+            state->fir(state->in, state->out, m);
+            int i = 0;
+            for (; i + 8 <= m; i += 8) {
+                const __m256i x = _mm256_cvtps_epi32(_mm256_loadu_ps(state->out + i));
+                const __m128i packed =
+                    _mm_packs_epi32(_mm256_castsi256_si128(x), _mm256_extractf128_si256(x, 1));
+                _mm_storeu_si128(reinterpret_cast<__m128i *>(dst + at + i), packed);
+            }
+            for (; i < m; ++i)
+                dst[at + i] = static_cast<Kep16s>(
+                    _mm_cvtss_si32(_mm_set_ss(std::clamp(state->out[i], -32768.0F, 32767.0F))));
+        }
+    };
+}
+
 template <class T>
 Stream<T> overlapSave([[maybe_unused]] const std::vector<T> &taps, [[maybe_unused]] int order) {
 #ifdef KEPS_PEER_FFTW

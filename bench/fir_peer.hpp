@@ -18,6 +18,9 @@ using Stream = std::function<void(const T *src, T *dst, int n)>;
 template <class T>
 Stream<T> directFir(const std::vector<T> &taps);
 
+// The same for 16-bit samples by float sums, 2048 samples at a time, rounded to nearest.
+Stream<Kep16s> directFir16(const std::vector<float> &taps);
+
 // Overlap-save by transforms of 2^order points, with measured plans; null without FFTW.
 template <class T>
 Stream<T> overlapSave(const std::vector<T> &taps, int order);

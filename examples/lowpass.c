@@ -7,22 +7,19 @@
  * Exit status: 0 done; 1 refused or failed, with one line on stderr, and no file is left half
  * written; 2 written, but the measurement misses what such a filter reaches. */
 #define _POSIX_C_SOURCE 200809L
-#include <errno.h>
-#include <fcntl.h>
 #include <kepcore.h>
 #include <keps.h>
 #include <math.h>
 #include <signal.h>
-#include <stdarg.h>
 #include <stdbool.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include "picture.h"
 #include "progress.h"
+#include "recording.h"
 #include "spectrum.h"
 
 enum { TAPS = 64, HISTORY = TAPS - 1, BLOCK = 4096 };
@@ -31,65 +28,6 @@ static volatile sig_atomic_t interrupted;
 
 static void onSignal(int number) {
     interrupted = number;
-}
-
-/* One line on stderr; false, so that callers can return it. */
-static bool complain(const char *format, ...) {
-    va_list arguments;
-    va_start(arguments, format);
-    /* On a terminal a progress bar may stand on the line. */
-    fputs(isatty(STDERR_FILENO) ? "\r\033[Klowpass: " : "lowpass: ", stderr);
-    vfprintf(stderr, format, arguments);
-    fputc('\n', stderr);
-    va_end(arguments);
-    return false;
-}
-
-/* ---- Sample types ---- */
-
-/* A WAV keeps these sample types as they are; what a lossy or odd codec decodes to is kept best as
- * floats. */
-static int wavSampleType(int format) {
-    switch (format & SF_FORMAT_SUBMASK) {
-    case SF_FORMAT_PCM_S8:
-    case SF_FORMAT_PCM_U8:
-        return SF_FORMAT_PCM_U8; /* the only 8-bit type in a WAV */
-    case SF_FORMAT_PCM_16:
-    case SF_FORMAT_PCM_24:
-    case SF_FORMAT_PCM_32:
-    case SF_FORMAT_DOUBLE:
-    case SF_FORMAT_ULAW:
-    case SF_FORMAT_ALAW:
-        return format & SF_FORMAT_SUBMASK;
-    default:
-        return SF_FORMAT_FLOAT;
-    }
-}
-
-/* Bits of an integer sample, 0 for floats. The two companded types are coded from 16 bits. */
-static int bitsOf(int sampleType) {
-    switch (sampleType) {
-    case SF_FORMAT_FLOAT:
-    case SF_FORMAT_DOUBLE:
-        return 0;
-    case SF_FORMAT_PCM_U8:
-        return 8;
-    case SF_FORMAT_PCM_24:
-        return 24;
-    case SF_FORMAT_PCM_32:
-        return 32;
-    default:
-        return 16;
-    }
-}
-
-/* The power of the error that rounding to a sample type makes. */
-static double roundingPower(int sampleType) {
-    int bits = bitsOf(sampleType);
-    if (sampleType == SF_FORMAT_ULAW || sampleType == SF_FORMAT_ALAW) bits = 8;
-    if (bits == 0 || bits > 24) bits = 24; /* what the filter computes with */
-    const double step = ldexp(1, 1 - bits);
-    return step * step / 12;
 }
 
 /* ---- The filter ---- */
@@ -140,7 +78,7 @@ static bool makeFilter(Filter *filter, double cutoff, const SF_INFO *info) {
 
     int specSize, workSize;
     KepStatus status = kepsFIRSRGetSize(TAPS, kepType32f, &specSize, &workSize);
-    if (status != kepStatusOk) return complain("%s", kepGetStatusString(status));
+    if (status != kepStatusOk) return FAILED("%s", kepGetStatusString(status));
     filter->spec = kepsMalloc_8u(specSize);
     filter->work = kepsMalloc_8u(workSize);
     filter->frames = kepsMalloc_32f_L((int64_t)info->channels * BLOCK);
@@ -148,14 +86,14 @@ static bool makeFilter(Filter *filter, double cutoff, const SF_INFO *info) {
     filter->channel = kepMalloc_L(info->channels * (int64_t)sizeof(Channel));
     if (!filter->spec || !filter->work || !filter->frames || !filter->rounded || !filter->channel) {
         freeFilter(filter);
-        return complain("not enough memory");
+        return FAILED("not enough memory");
     }
     /* Before the recording begins there was silence. */
     for (int c = 0; c < filter->channels; ++c) kepsZero_32f(filter->channel[c].delay[0], HISTORY);
     status = kepsFIRSRInit_32f(taps, TAPS, kepAlgorithmAuto, filter->spec);
     if (status != kepStatusOk) {
         freeFilter(filter);
-        return complain("%s", kepGetStatusString(status));
+        return FAILED("%s", kepGetStatusString(status));
     }
     return true;
 }
@@ -167,21 +105,7 @@ typedef struct {
     sf_count_t clipped; /* samples beyond what the sample type holds */
 } Run;
 
-/* Writes a block. Integers are rounded to nearest here, since libsndfile would cut them off; it
- * takes the upper bits of an int. */
-static bool writeBlock(SNDFILE *out, Filter *filter, int length, int bits, Run *run) {
-    if (bits == 0) return sf_writef_float(out, filter->frames, length) == length;
-    const double full = ldexp(1, bits - 1);
-    for (int i = 0; i < length * filter->channels; ++i) {
-        const double sample = rint(filter->frames[i] * full);
-        const double held = fmax(-full, fmin(full - 1, sample));
-        run->clipped += sample != held;
-        filter->rounded[i] = (int)ldexp(held, 32 - bits);
-    }
-    return sf_writef_int(out, filter->rounded, length) == length;
-}
-
-static bool runFilter(Filter *filter, SNDFILE *in, SNDFILE *out, int bits, Run *run,
+static bool runFilter(Filter *filter, SNDFILE *in, SNDFILE *out, int sampleType, Run *run,
                       Progress *progress) {
     int old = 0; /* which of the two delay vectors holds the past */
     const int channels = filter->channels;
@@ -197,106 +121,34 @@ static bool runFilter(Filter *filter, SNDFILE *in, SNDFILE *out, int bits, Run *
                 kepsFIRSR_32f(channel->in, channel->out, length, filter->spec, channel->delay[old],
                               channel->delay[1 - old], filter->work);
             run->seconds += now() - start;
-            if (status != kepStatusOk) return complain("%s", kepGetStatusString(status));
+            if (status != kepStatusOk) return FAILED("%s", kepGetStatusString(status));
 
             for (int i = 0; i < length; ++i) filter->frames[i * channels + c] = channel->out[i];
         }
         old = 1 - old;
-        if (!writeBlock(out, filter, length, bits, run))
-            return complain("cannot write the output: %s", sf_strerror(out));
+        if (!writeSamples(out, sampleType, filter->frames, filter->rounded, got * channels,
+                          &run->clipped))
+            return false;
         run->frames += got;
-        if (!advance(progress, (double)got)) return complain("interrupted");
+        if (!advance(progress, (double)got)) return FAILED("interrupted");
     }
-    return sf_error(in) == SF_ERR_NO_ERROR || complain("cannot read on: %s", sf_strerror(in));
-}
-
-/* ---- Files ---- */
-
-static SNDFILE *openInput(const char *path, SF_INFO *info) {
-    struct stat is;
-    SNDFILE *file = NULL;
-    *info = (SF_INFO){0};
-    if (stat(path, &is) != 0 || access(path, R_OK) != 0)
-        complain("%s: %s", path, strerror(errno));
-    else if (!S_ISREG(is.st_mode)) /* it is read twice */
-        complain("%s: not a regular file", path);
-    else if (!(file = sf_open(path, SFM_READ, info)))
-        complain("%s: not a recording: %s", path, sf_strerror(NULL));
-    else if (info->frames < 1) {
-        complain("%s: the recording is empty", path);
-        sf_close(file);
-        file = NULL;
-    }
-    return file;
-}
-
-/* A file that gets its name only when it is whole. */
-typedef struct {
-    const char *path;
-    char *temporary;
-    int descriptor;
-} NewFile;
-
-static bool createFile(NewFile *file, const char *path) {
-    static const char suffix[] = ".part-XXXXXX";
-    struct stat is;
-    if (stat(path, &is) == 0 && !S_ISREG(is.st_mode))
-        return complain("%s: not a regular file", path);
-    file->path = path;
-    file->temporary = malloc(strlen(path) + sizeof suffix);
-    if (!file->temporary) return complain("not enough memory");
-    strcpy(file->temporary, path);
-    strcat(file->temporary, suffix);
-    file->descriptor = mkstemp(file->temporary);
-    if (file->descriptor < 0) {
-        free(file->temporary);
-        return complain("%s: %s", path, strerror(errno));
-    }
-    const mode_t mask = umask(0);
-    umask(mask);
-    fchmod(file->descriptor, 0666 & ~mask);
-    return true;
-}
-
-/* Gives the file its name if it is whole, and removes it otherwise. */
-static bool finishFile(NewFile *file, bool whole) {
-    if (whole && rename(file->temporary, file->path) != 0)
-        whole = complain("%s: %s", file->path, strerror(errno));
-    if (!whole) unlink(file->temporary);
-    free(file->temporary);
-    return whole;
-}
-
-static bool sameFile(const char *a, const char *b) {
-    struct stat isA, isB;
-    return stat(a, &isA) == 0 && stat(b, &isB) == 0 && isA.st_dev == isB.st_dev &&
-           isA.st_ino == isB.st_ino;
+    return sf_error(in) == SF_ERR_NO_ERROR || FAILED("cannot read on: %s", sf_strerror(in));
 }
 
 static bool writeFiltered(SNDFILE *in, const SF_INFO *info, const char *path, double cutoff,
                           Run *run, Progress *progress) {
-    SF_INFO wav = {.samplerate = info->samplerate, .channels = info->channels};
-    /* Past 4 GB a WAV cannot count its own bytes; RF64 is a WAV that can. */
-    const bool isHuge = (double)info->frames * info->channels * 8 > 4e9;
-    wav.format = (isHuge ? SF_FORMAT_RF64 : SF_FORMAT_WAV) | wavSampleType(info->format);
-
     Filter filter;
     NewFile file;
     if (!makeFilter(&filter, cutoff, info)) return false;
     bool fine = createFile(&file, path);
     if (fine) {
-        SNDFILE *out = sf_open_fd(file.descriptor, SFM_WRITE, &wav, SF_FALSE);
-        if (out) {
-            if (isHuge) sf_command(out, SFC_RF64_AUTO_DOWNGRADE, NULL, SF_TRUE);
-            fine =
-                runFilter(&filter, in, out, bitsOf(wav.format & SF_FORMAT_SUBMASK), run, progress);
-            if (fine && run->frames != info->frames)
-                fine = complain("the recording breaks off after %lld of %lld samples",
-                                (long long)run->frames, (long long)info->frames);
-            if (sf_close(out) != 0 && fine) fine = complain("%s: cannot be completed", path);
-        } else
-            fine = complain("%s: %s", path, sf_strerror(NULL));
-        if (close(file.descriptor) != 0 && fine) fine = complain("%s: %s", path, strerror(errno));
+        SNDFILE *out = openOutput(&file, info);
+        fine = out && runFilter(&filter, in, out, wavSampleType(info->format), run, progress);
+        if (fine && run->frames != info->frames)
+            fine = FAILED("the recording breaks off after %lld of %lld samples",
+                          (long long)run->frames, (long long)info->frames);
+        if (out && sf_close(out) != 0 && fine) fine = FAILED("%s: cannot be completed", path);
+        if (close(file.descriptor) != 0 && fine) fine = FAILED("%s: cannot be completed", path);
         fine = finishFile(&file, fine);
     }
     freeFilter(&filter);
@@ -344,13 +196,10 @@ static bool report(const Spectrum *before, const Spectrum *after, const Bands *b
 
 /* The picture's name is the output's, with .png in the place of .wav. */
 static char *picturePath(const char *output) {
-    const size_t length = strlen(output);
-    char *path = malloc(length + sizeof ".png");
-    if (!path) return NULL;
-    strcpy(path, output);
-    strcpy(length > 4 && strcmp(output + length - 4, ".wav") == 0 ? path + length - 4
-                                                                  : path + length,
-           ".png");
+    const size_t length = strlen(output), size = length + sizeof ".png";
+    const bool isWav = length > 4 && strcmp(output + length - 4, ".wav") == 0;
+    char *path = malloc(size);
+    if (path) snprintf(path, size, "%.*s.png", (int)(isWav ? length - 4 : length), output);
     return path;
 }
 
@@ -360,7 +209,7 @@ static bool draw(const Spectrum *before, const Spectrum *after, double cutoff, c
     char *path = picturePath(output);
     NewFile file;
     bool fine = path != NULL;
-    if (fine && sameFile(path, input)) fine = complain("%s: the picture is the input", path);
+    if (fine && sameFile(path, input)) fine = FAILED("%s: the picture is the input", path);
     if (fine) fine = createFile(&file, path);
     if (fine) {
         fine = drawPicture(file.descriptor, before, after, cutoff);
@@ -404,10 +253,10 @@ static int measure(const char *input, const char *output, double cutoff, const S
 static bool parseCutoff(const char *text, double rate, double *cutoff) {
     char *end;
     *cutoff = strtod(text, &end);
-    if (end == text || *end != 0) return complain("the cut-off \"%s\" is not a number", text);
+    if (end == text || *end != 0) return FAILED("the cut-off \"%s\" is not a number", text);
     if (!(*cutoff > 0 && *cutoff < rate / 2))
-        return complain("the cut-off %s Hz is not between 0 and %g Hz, half the rate", text,
-                        rate / 2);
+        return FAILED("the cut-off %s Hz is not between 0 and %g Hz, half the rate", text,
+                      rate / 2);
     return true;
 }
 
@@ -417,7 +266,7 @@ static int run(const char *input, const char *output, const char *cutoffText) {
     if (!in) return 1;
     double cutoff;
     bool fine = parseCutoff(cutoffText, info.samplerate, &cutoff);
-    if (fine && sameFile(input, output)) fine = complain("%s: the output is the input", output);
+    if (fine && sameFile(input, output)) fine = FAILED("%s: the output is the input", output);
 
     Run run = {0};
     /* The recording is gone through three times: filtered, and both files measured. */

@@ -40,8 +40,16 @@ void direct(const KepFIRSRSpec &spec, const Kep32f *x, Kep32f *y, size count) {
     spec.hrz ? ownFIRSR_32f_hrz(table, x, y, count, spec.tapsLen)
              : ownFIRSR_32f_vrt_cn(table, x, y, count, spec.tapsLen);
 }
+void direct(const KepFIRSRSpec &spec, const Kep64f *x, Kep64f *y, size count) {
+    const auto *table = static_cast<const Kep64f *>(spec.taps);
+    spec.hrz ? ownFIRSR_64f_hrz(table, x, y, count, spec.tapsLen)
+             : ownFIRSR_64f(table, x, y, count, spec.tapsLen);
+}
 void direct(const KepFIRSRSpec &spec, const Kep32fc *x, Kep32fc *y, size count) {
     ownFIRSR_32fc(static_cast<const Kep32f *>(spec.taps), x, y, count, spec.tapsLen);
+}
+void direct(const KepFIRSRSpec &spec, const Kep64fc *x, Kep64fc *y, size count) {
+    ownFIRSR_64fc(static_cast<const Kep64f *>(spec.taps), x, y, count, spec.tapsLen);
 }
 
 template <class T>
@@ -206,11 +214,12 @@ KepStatus filterIntegers(const Integer *src, Integer *dst, int32_t numIters,
     return kepStatusOk;
 }
 
+// The FFT refuses orders whose blocks are beyond 31 bits anyway; Init hands that on.
 template <class T>
 KepStatus sizes(int32_t tapsLen, int32_t *specSize, int32_t *bufSize) {
     FftSizes fft;
     const int order = fftOrder(tapsLen);
-    if (const KepStatus status = Transform<T>::sizes(order, fft); status < 0) return status;
+    Transform<T>::sizes(order, fft);
     const size fftLen = size{1} << order;
     const size spec = 63 + Block<T>(nullptr, tapsLen, fft, fftLen).bytes;
     const size buf = Work<T>(nullptr, tapsLen, fft, fftLen).bytes;
@@ -226,7 +235,7 @@ KepStatus init(const T *taps, int32_t tapsLen, uint32_t algType, Kep8u *memory) 
     if (algType > kepAlgorithmFft) return kepStatusBadAlgorithm;
 
     const int order = fftOrder(tapsLen);
-    const int32_t fftLen = int32_t{1} << order;
+    const size fftLen = size{1} << order;
     FftSizes fft;
     if (algType != kepAlgorithmDirect)
         if (const KepStatus status = Transform<T>::sizes(order, fft); status < 0) return status;
@@ -240,7 +249,7 @@ KepStatus init(const T *taps, int32_t tapsLen, uint32_t algType, Kep8u *memory) 
         spec.fftSpecMem = block.planMemory;
         spec.fftWork = block.fftWork;
         spec.tapSpectrum = block.tapSpectrum;
-        spec.fftLen = fftLen;
+        spec.fftLen = static_cast<int32_t>(fftLen);
         KepStatus status =
             Transform<T>::init(&spec.fftSpec, order, block.planMemory, block.fftWork);
         if (status < 0) return status;
@@ -258,16 +267,32 @@ KepStatus init(const T *taps, int32_t tapsLen, uint32_t algType, Kep8u *memory) 
 
 KepStatus kepsFIRSRGetSize(int32_t tapsLen, int32_t tapsType, int32_t *specSize, int32_t *bufSize) {
     if (tapsLen < 1) return kepStatusBadLength;
-    if (tapsType != kepType32f && tapsType != kepType32fc) return kepStatusBadDataType;
+    if (tapsType != kepType32f && tapsType != kepType32fc && tapsType != kepType64f &&
+        tapsType != kepType64fc)
+        return kepStatusBadDataType;
     if (anyNull(specSize, bufSize)) return kepStatusNullPointer;
-    return tapsType == kepType32f ? sizes<Kep32f>(tapsLen, specSize, bufSize)
-                                  : sizes<Kep32fc>(tapsLen, specSize, bufSize);
+    switch (tapsType) {
+    case kepType32f:
+        return sizes<Kep32f>(tapsLen, specSize, bufSize);
+    case kepType64f:
+        return sizes<Kep64f>(tapsLen, specSize, bufSize);
+    case kepType32fc:
+        return sizes<Kep32fc>(tapsLen, specSize, bufSize);
+    default:
+        return sizes<Kep64fc>(tapsLen, specSize, bufSize);
+    }
 }
 
 KepStatus kepsFIRSRInit_32f(const Kep32f *taps, int32_t tapsLen, uint32_t algType, Kep8u *spec) {
     return init(taps, tapsLen, algType, spec);
 }
+KepStatus kepsFIRSRInit_64f(const Kep64f *taps, int32_t tapsLen, uint32_t algType, Kep8u *spec) {
+    return init(taps, tapsLen, algType, spec);
+}
 KepStatus kepsFIRSRInit_32fc(const Kep32fc *taps, int32_t tapsLen, uint32_t algType, Kep8u *spec) {
+    return init(taps, tapsLen, algType, spec);
+}
+KepStatus kepsFIRSRInit_64fc(const Kep64fc *taps, int32_t tapsLen, uint32_t algType, Kep8u *spec) {
     return init(taps, tapsLen, algType, spec);
 }
 
@@ -275,8 +300,16 @@ KepStatus kepsFIRSR_32f(const Kep32f *src, Kep32f *dst, int32_t numIters, const 
                         const Kep32f *dlySrc, Kep32f *dlyDst, Kep8u *buf) {
     return filter(src, dst, numIters, spec, dlySrc, dlyDst, buf);
 }
+KepStatus kepsFIRSR_64f(const Kep64f *src, Kep64f *dst, int32_t numIters, const Kep8u *spec,
+                        const Kep64f *dlySrc, Kep64f *dlyDst, Kep8u *buf) {
+    return filter(src, dst, numIters, spec, dlySrc, dlyDst, buf);
+}
 KepStatus kepsFIRSR_32fc(const Kep32fc *src, Kep32fc *dst, int32_t numIters, const Kep8u *spec,
                          const Kep32fc *dlySrc, Kep32fc *dlyDst, Kep8u *buf) {
+    return filter(src, dst, numIters, spec, dlySrc, dlyDst, buf);
+}
+KepStatus kepsFIRSR_64fc(const Kep64fc *src, Kep64fc *dst, int32_t numIters, const Kep8u *spec,
+                         const Kep64fc *dlySrc, Kep64fc *dlyDst, Kep8u *buf) {
     return filter(src, dst, numIters, spec, dlySrc, dlyDst, buf);
 }
 KepStatus kepsFIRSR_16s(const Kep16s *src, Kep16s *dst, int32_t numIters, const Kep8u *spec,

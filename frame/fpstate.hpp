@@ -71,4 +71,22 @@ private:
     unsigned old;
 };
 
+// The default arithmetic for a scope: to nearest, denormals kept, no exception trapped. The caller's
+// word comes back with the exceptions that were raised. The same caution.
+class DefaultArithmetic {
+public:
+    DefaultArithmetic() : found(_mm_getcsr()) {
+        if ((found & ~exceptions) != ours) kep_set_cw_ssx(ours);
+    }
+    ~DefaultArithmetic() {
+        if ((found & ~exceptions) != ours) kep_set_cw_ssx(found | (_mm_getcsr() & exceptions));
+    }
+    DefaultArithmetic(const DefaultArithmetic &) = delete;
+    DefaultArithmetic &operator=(const DefaultArithmetic &) = delete;
+
+private:
+    static constexpr unsigned ours = 0x1F80, exceptions = 0x3F;
+    unsigned found;
+};
+
 } // namespace keps

@@ -13,8 +13,10 @@
 #define KEPS_H
 
 #include "keps_arith.h"
+#include "keps_elementary.h"
 #include "keps_filters.h"
 #include "keps_frame.h"
+#include "keps_generate.h"
 #include "keps_transforms.h"
 
 #endif

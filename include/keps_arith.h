@@ -502,11 +502,93 @@ KEPS_FN(KepStatus, kepsDivCRev_32f_I, (Kep32f val, Kep32f *srcDst, int32_t len))
 /** @name Convert
  * @{ */
 /** Exact. */
+KEPS_FN(KepStatus, kepsConvert_8s16s, (const Kep8s *src, Kep16s *dst, int32_t len));
+KEPS_FN(KepStatus, kepsConvert_8s32f, (const Kep8s *src, Kep32f *dst, int32_t len));
+KEPS_FN(KepStatus, kepsConvert_8u32f, (const Kep8u *src, Kep32f *dst, int32_t len));
+KEPS_FN(KepStatus, kepsConvert_16s32s, (const Kep16s *src, Kep32s *dst, int32_t len));
 KEPS_FN(KepStatus, kepsConvert_16s32f, (const Kep16s *src, Kep32f *dst, int32_t len));
+KEPS_FN(KepStatus, kepsConvert_16u32f, (const Kep16u *src, Kep32f *dst, int32_t len));
+KEPS_FN(KepStatus, kepsConvert_32s64f, (const Kep32s *src, Kep64f *dst, int32_t len));
+KEPS_FN(KepStatus, kepsConvert_32f64f, (const Kep32f *src, Kep64f *dst, int32_t len));
+/** Rounded by the caller's current rounding mode. */
+KEPS_FN(KepStatus, kepsConvert_32s32f, (const Kep32s *src, Kep32f *dst, int32_t len));
+KEPS_FN(KepStatus, kepsConvert_64s64f, (const Kep64s *src, Kep64f *dst, int32_t len));
+KEPS_FN(KepStatus, kepsConvert_64f32f, (const Kep64f *src, Kep32f *dst, int32_t len));
+/** Saturated. */
+KEPS_FN(KepStatus, kepsConvert_32s16s, (const Kep32s *src, Kep16s *dst, int32_t len));
+KEPS_FN(KepStatus, kepsConvert_8s8u, (const Kep8s *src, Kep8u *dst, int32_t len));
+/** dst[i] = src[i] * 2^-scaleFactor in the target's float arithmetic: `32s32f` rounds ahead of the
+ * scaling, and a result beyond the type's range is an infinity or 0. */
+KEPS_FN(KepStatus, kepsConvert_16s32f_Sfs,
+        (const Kep16s *src, Kep32f *dst, int32_t len, int scaleFactor));
+KEPS_FN(KepStatus, kepsConvert_16s64f_Sfs,
+        (const Kep16s *src, Kep64f *dst, int32_t len, int scaleFactor));
+KEPS_FN(KepStatus, kepsConvert_32s32f_Sfs,
+        (const Kep32s *src, Kep32f *dst, int32_t len, int scaleFactor));
+KEPS_FN(KepStatus, kepsConvert_32s64f_Sfs,
+        (const Kep32s *src, Kep64f *dst, int32_t len, int scaleFactor));
+/** dst[i] = src[i] * 2^-scaleFactor, rounded to nearest, ties to even, and saturated. */
+KEPS_FN(KepStatus, kepsConvert_32s16s_Sfs,
+        (const Kep32s *src, Kep16s *dst, int32_t len, int scaleFactor));
 /** dst[i] = src[i] * 2^-scaleFactor, rounded and saturated. @p rndMode is a #KepRoundMode; any
- * value but 0 and 1 rounds ties away from zero. NaN becomes the smallest value of the target. */
+ * value but 0 and 1 rounds ties away from zero. */
+KEPS_FN(KepStatus, kepsConvert_16s8s_Sfs,
+        (const Kep16s *src, Kep8s *dst, int32_t len, int rndMode, int scaleFactor));
+KEPS_FN(KepStatus, kepsConvert_8u8s_Sfs,
+        (const Kep8u *src, Kep8s *dst, int32_t len, int rndMode, int scaleFactor));
+KEPS_FN(KepStatus, kepsConvert_64s32s_Sfs,
+        (const Kep64s *src, Kep32s *dst, int32_t len, int rndMode, int scaleFactor));
+/** dst[i] = src[i] * 2^-scaleFactor, rounded and saturated. @p rndMode is a #KepRoundMode; any
+ * value but 0 and 1 rounds ties away from zero. NaN becomes the smallest value of the target.
+ *
+ * `64f64s` takes @p len as an unsigned count and refuses 0 only; ties-away rounding there adds one
+ * half in double, and products that would be subnormal are 0. */
+KEPS_FN(KepStatus, kepsConvert_32f8s_Sfs,
+        (const Kep32f *src, Kep8s *dst, int32_t len, int rndMode, int scaleFactor));
+KEPS_FN(KepStatus, kepsConvert_32f8u_Sfs,
+        (const Kep32f *src, Kep8u *dst, int32_t len, int rndMode, int scaleFactor));
 KEPS_FN(KepStatus, kepsConvert_32f16s_Sfs,
         (const Kep32f *src, Kep16s *dst, int32_t len, int rndMode, int scaleFactor));
+KEPS_FN(KepStatus, kepsConvert_32f16u_Sfs,
+        (const Kep32f *src, Kep16u *dst, int32_t len, int rndMode, int scaleFactor));
+KEPS_FN(KepStatus, kepsConvert_32f32s_Sfs,
+        (const Kep32f *src, Kep32s *dst, int32_t len, int rndMode, int scaleFactor));
+KEPS_FN(KepStatus, kepsConvert_64f8s_Sfs,
+        (const Kep64f *src, Kep8s *dst, int32_t len, int rndMode, int scaleFactor));
+KEPS_FN(KepStatus, kepsConvert_64f8u_Sfs,
+        (const Kep64f *src, Kep8u *dst, int32_t len, int rndMode, int scaleFactor));
+KEPS_FN(KepStatus, kepsConvert_64f16s_Sfs,
+        (const Kep64f *src, Kep16s *dst, int32_t len, int rndMode, int scaleFactor));
+KEPS_FN(KepStatus, kepsConvert_64f16u_Sfs,
+        (const Kep64f *src, Kep16u *dst, int32_t len, int rndMode, int scaleFactor));
+KEPS_FN(KepStatus, kepsConvert_64f32s_Sfs,
+        (const Kep64f *src, Kep32s *dst, int32_t len, int rndMode, int scaleFactor));
+KEPS_FN(KepStatus, kepsConvert_64f64s_Sfs,
+        (const Kep64f *src, Kep64s *dst, int32_t len, int rndMode, int scaleFactor));
+/** Packed 24-bit samples, 3 bytes each, the low byte first; the value is the integer, unscaled. */
+KEPS_FN(KepStatus, kepsConvert_24s32s, (const Kep8u *src, Kep32s *dst, int32_t len));
+KEPS_FN(KepStatus, kepsConvert_24s32f, (const Kep8u *src, Kep32f *dst, int32_t len));
+KEPS_FN(KepStatus, kepsConvert_24u32u, (const Kep8u *src, Kep32u *dst, int32_t len));
+KEPS_FN(KepStatus, kepsConvert_24u32f, (const Kep8u *src, Kep32f *dst, int32_t len));
+/** To packed 24-bit samples: dst[i] = src[i] * 2^-scaleFactor, rounded to nearest, ties to even,
+ * and saturated. NaN becomes the smallest value. */
+KEPS_FN(KepStatus, kepsConvert_32s24s_Sfs,
+        (const Kep32s *src, Kep8u *dst, int32_t len, int scaleFactor));
+KEPS_FN(KepStatus, kepsConvert_32u24u_Sfs,
+        (const Kep32u *src, Kep8u *dst, int32_t len, int scaleFactor));
+KEPS_FN(KepStatus, kepsConvert_32f24s_Sfs,
+        (const Kep32f *src, Kep8u *dst, int32_t len, int scaleFactor));
+KEPS_FN(KepStatus, kepsConvert_32f24u_Sfs,
+        (const Kep32f *src, Kep8u *dst, int32_t len, int scaleFactor));
+/** From half precision; exact. */
+KEPS_FN(KepStatus, kepsConvert_16f32f, (const Kep16f *src, Kep32f *dst, int32_t len));
+/** To half precision, to nearest with @p rndMode 1, else toward zero, where what is too large stops
+ * at 65504; but mode 2 is refused with #kepStatusBadRoundMode, behind pointers and length. */
+KEPS_FN(KepStatus, kepsConvert_32f16f, (const Kep32f *src, Kep16f *dst, int32_t len, int rndMode));
+KEPS_FN(KepStatus, kepsConvert_16s16f, (const Kep16s *src, Kep16f *dst, int32_t len, int rndMode));
+/** dst[i] = src[i] * 2^-scaleFactor, saturated; modes as to half precision. NaN becomes -32768. */
+KEPS_FN(KepStatus, kepsConvert_16f16s_Sfs,
+        (const Kep16f *src, Kep16s *dst, int32_t len, int rndMode, int scaleFactor));
 /** @} */
 
 #endif

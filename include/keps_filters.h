@@ -32,13 +32,9 @@
  * @param specSize  size of the spec block
  * @param bufSize   size of the work buffer
  * @return #kepStatusOk; #kepStatusBadLength when @p tapsLen is below 1; #kepStatusBadDataType;
- * #kepStatusNullPointer; the FFT's refusal of an order that it doesn't have. */
+ * #kepStatusNullPointer. */
 KEPS_FN(KepStatus, kepsFIRSRGetSize,
         (int32_t tapsLen, int32_t tapsType, int32_t *specSize, int32_t *bufSize));
-/** @} */
-
-/** @name Single-rate FIR: Init
- * @{ */
 /** Makes a filter in the memory at @p spec, of the size that kepsFIRSRGetSize() gave.
  * @p taps are in natural order, `taps[0]` for the newest sample; they are not kept.
  * @param algType  a #KepAlgorithm: #kepAlgorithmDirect sums products on every call,
@@ -48,12 +44,12 @@ KEPS_FN(KepStatus, kepsFIRSRGetSize,
  * #kepStatusBadAlgorithm; the FFT's refusal of an order that it doesn't have. */
 KEPS_FN(KepStatus, kepsFIRSRInit_32f,
         (const Kep32f *taps, int32_t tapsLen, uint32_t algType, Kep8u *spec));
+KEPS_FN(KepStatus, kepsFIRSRInit_64f,
+        (const Kep64f *taps, int32_t tapsLen, uint32_t algType, Kep8u *spec));
 KEPS_FN(KepStatus, kepsFIRSRInit_32fc,
         (const Kep32fc *taps, int32_t tapsLen, uint32_t algType, Kep8u *spec));
-/** @} */
-
-/** @name Single-rate FIR: filtering
- * @{ */
+KEPS_FN(KepStatus, kepsFIRSRInit_64fc,
+        (const Kep64fc *taps, int32_t tapsLen, uint32_t algType, Kep8u *spec));
 /** Filters @p numIters samples.
  *
  * @p dlySrc may be null: the past is silence. @p dlyDst may be null: nothing is kept; else it
@@ -73,9 +69,15 @@ KEPS_FN(KepStatus, kepsFIRSRInit_32fc,
 KEPS_FN(KepStatus, kepsFIRSR_32f,
         (const Kep32f *src, Kep32f *dst, int32_t numIters, const Kep8u *spec, const Kep32f *dlySrc,
          Kep32f *dlyDst, Kep8u *buf));
+KEPS_FN(KepStatus, kepsFIRSR_64f,
+        (const Kep64f *src, Kep64f *dst, int32_t numIters, const Kep8u *spec, const Kep64f *dlySrc,
+         Kep64f *dlyDst, Kep8u *buf));
 KEPS_FN(KepStatus, kepsFIRSR_32fc,
         (const Kep32fc *src, Kep32fc *dst, int32_t numIters, const Kep8u *spec,
          const Kep32fc *dlySrc, Kep32fc *dlyDst, Kep8u *buf));
+KEPS_FN(KepStatus, kepsFIRSR_64fc,
+        (const Kep64fc *src, Kep64fc *dst, int32_t numIters, const Kep8u *spec,
+         const Kep64fc *dlySrc, Kep64fc *dlyDst, Kep8u *buf));
 KEPS_FN(KepStatus, kepsFIRSR_16s,
         (const Kep16s *src, Kep16s *dst, int32_t numIters, const Kep8u *spec, const Kep16s *dlySrc,
          Kep16s *dlyDst, Kep8u *buf));

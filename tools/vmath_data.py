@@ -206,7 +206,47 @@ def arctangent():
     h.write(os.path.join(ROOM, "atan_data.hpp"))
 
 
-FAMILIES = {"trig": trig, "exponential": exponential, "logarithm": logarithm, "arctangent": arctangent}
+def integers():
+    """Tables of the integer exponentials and logarithms: arith/, not arith/vmath/."""
+    text = ["// Made by tools/vmath_data.py; do not edit.",
+            "// Tables of exponentials and logarithms of integers.", "#pragma once", "",
+            "#include <cstdint>", "", "namespace keps {", ""]
+
+    def rows(name, kind, most, first, last, comment):
+        text.append("// " + comment)
+        text.append("inline constexpr std::%s %s[33][%d] = {" % (kind, name, last(0) - first(0) + 1))
+        for s in range(-16, 17):
+            row = [min(int(mp.nint(exp(mpf(x)) / mpf(2) ** s)), most) for x in range(first(s), last(s) + 1)]
+            text.append("    {%s}," % ", ".join(map(str, row)))
+        text.extend(["};", ""])
+
+    rows("Point_Tab", "int16_t", 32767, lambda s: -12 if s < 0 else 0, lambda s: 12 if s < 0 else 24,
+         "exp(x) 2^-s for s from -16 on, a row each: x from 0 to 24, for s below 0 from -12 to 12.")
+    rows("widePoints", "int32_t", 2**31 - 1, lambda s: -12 if s < 0 else 0, lambda s: 23 if s < 0 else 35,
+         "The same for 32-bit results: x from 0 to 35, for s below 0 from -12 to 23.")
+    text.append("// The largest integers whose logarithms, divided by 2^s, round to 0, 1, 2 and so on; no")
+    text.append("// logarithm of an integer but of 1 is rational, so none is a tie.")
+    steps, starts, counts = [], [], []
+    for s in range(0, 6):
+        starts.append(len(steps))
+        k = 0
+        while True:
+            v = int(mp.floor(exp((mpf(k) + mpf("0.5")) * 2**s)))
+            if v >= 2**31 - 1:
+                break
+            steps.append(v)
+            k += 1
+        counts.append(k)
+    text.append("inline constexpr std::int32_t lnSteps[] = {%s};" % ", ".join(map(str, steps)))
+    text.append("// For s from 0 to 5: where its steps begin and how many there are; from 5 on there are none.")
+    text.append("inline constexpr struct {")
+    text.append("    int first, count;")
+    text.append("} lnStepsOf[] = {%s};" % ", ".join("{%d, %d}" % p for p in zip(starts, counts)))
+    with open(os.path.join(ROOM, "..", "integer_tables.hpp"), "w") as out:
+        out.write("\n".join(text + ["", "} // namespace keps", ""]))
+
+
+FAMILIES = {"integers": integers, "trig": trig, "exponential": exponential, "logarithm": logarithm, "arctangent": arctangent}
 
 if __name__ == "__main__":
     for family in sys.argv[1:] or FAMILIES:

@@ -44,6 +44,12 @@ private:
     unsigned found, raised = 0;
 };
 
+// The rare paths that the scalar helpers share.
+int vdexp_cout_rare(const double *x, double *y);
+int vdln_cout_rare(const double *x, double *y);
+int vdatan2_cout_rare(const double *yx, double *angle);
+int vdpowx_cout_rare(const double *xy, double *y);
+
 template <class K>
 using Element = typename K::V::element;
 

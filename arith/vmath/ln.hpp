@@ -7,10 +7,8 @@
 
 namespace keps::vmath {
 
-// ln x of a positive finite x by itself, and what the kernels do with all others.
+// ln x of a positive finite x by itself.
 double lnSlow(double x);
-int vdln_cout_rare(const double *x, double *y);
-int vdpowx_cout_rare(const double *xy, double *y);
 
 // x = 2^k m with m from 0.7070 on, and m times the table's c, less 1, in two parts: upper, the
 // product of c with the upper half of m, is exact, and so is lower.

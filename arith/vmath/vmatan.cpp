@@ -91,8 +91,10 @@ KEPS_INLINE f64x4 atan2Of(f64x4 y, f64x4 x, f64x4 &outside) {
     return angleOf<level>(least, most, less(xSize, ySize), x) | signOf(y);
 }
 
+} // namespace
+
 // Brings the pair into the range that the vector code takes, without changing its angle.
-int vdatan2_cout_rare(const double *in, double *out) {
+int keps::vmath::vdatan2_cout_rare(const double *in, double *out) {
     double y = in[0], x = in[1];
     if (kep_isnan(y) || kep_isnan(x)) return *out = x * x + y * y, 0;
     const auto unitOrNothing = [](double v, bool one) {
@@ -121,6 +123,9 @@ int vdatan2_cout_rare(const double *in, double *out) {
     *out = _mm_cvtsd_f64(_mm256_castpd256_pd128(angle.v));
     return 0;
 }
+
+namespace {
+
 int vsatan2_cout_rare(const float *in, float *out) {
     const double wide[] = {in[0], in[1]};
     double angle;

@@ -14,7 +14,7 @@ enum class Level { low, high, enhanced };
 KEPS_INLINE f32x8 reciprocalRoot(f32x8 size) {
     using V = f32x8;
     const V bits = {_mm256_cvtepi32_ps(_mm256_castps_si256(size.v))};
-    const V third = splat<V>(0x54A21D2A) - bits * splat<V>(1.0F / 3);
+    const V third = splat<V>(0x1.528874p+30F) - bits * splat<V>(1.0F / 3);
     const V r = {_mm256_castsi256_ps(_mm256_cvtps_epi32(third.v))};
     const V e = splat<V>(1) - (size * r) * (r * r);
     return r + r * e * (splat<V>(1.0F / 3) + e * (splat<V>(2.0F / 9) + e * splat<V>(14.0F / 81)));

@@ -17,9 +17,7 @@ double keps::vmath::expScaled(double x, double low, int shift) {
     return value * two(half) * two(power - half);
 }
 
-namespace {
-
-int vdexp_cout_rare(const double *x, double *y) {
+int keps::vmath::vdexp_cout_rare(const double *x, double *y) {
     if (kep_isnan(*x)) return *y = *x * *x, 0;
     if (__builtin_isinf(*x)) return *y = *x > 0 ? *x : 0, 0; // exact
     if (*x > exp64Top) {
@@ -33,6 +31,8 @@ int vdexp_cout_rare(const double *x, double *y) {
     *y = expScaled(*x, 0, 0);
     return 0;
 }
+
+namespace {
 
 int vsexp_cout_rare(const float *x, float *y) {
     if (*x != *x) return *y = *x * *x, 0;

@@ -1,6 +1,7 @@
 // Direct sums over horizontal tap tables: outputs in vectors, one after another over all taps.
 #pragma once
 
+#include "filters/fir/shares.hpp"
 #include "frame/simd/float256.hpp"
 
 namespace keps::fir {
@@ -48,19 +49,11 @@ KEPS_INLINE void horizontal(const float *table, const float *x, float *y, size c
             sum = sum + loadAligned<f32x8>(table + 8 * p) * splat<f32x8>(loadOne(x + p));
         return storePart(y, sum, count);
     }
-    // Even shares: a block of few vectors waits for its own additions.
-    constexpr size most = 8;
-    const size rows = tapsLen + 7;
-    size groups = (count + 7) / 8;
-    for (size blocks = (groups + most - 1) / most; blocks > 1; --blocks) {
-        const size share = (groups + blocks - 1) / blocks;
-        rowSumsOf<most>(share, table, x, y, 8 * (share - 1), rows);
-        x += 8 * share;
-        y += 8 * share;
-        groups -= share;
-        count -= 8 * share;
-    }
-    rowSumsOf<most>(groups, table, x, y, count - 8, rows);
+    inEvenShares<8>(count, 8, [&](size groups, size last, size step) KEPS_INLINE_LAMBDA {
+        rowSumsOf<8>(groups, table, x, y, last, tapsLen + 7);
+        x += step;
+        y += step;
+    });
 }
 
 // 64f. Two rows: the taps from the oldest sample on, and the same one place later. A pair of

@@ -101,6 +101,27 @@ KEPS_INLINE V loadHalves(const typename V::element *a, const typename V::element
     return join(load<Half<V>>(a), load<Half<V>>(b));
 }
 
+// The lower, the upper halves of two vectors in memory: a load, a load that doubles a half, a
+// blend, which every arithmetic pipe takes.
+template <class V>
+KEPS_INLINE V lowerHalves(const float *a, const float *b) {
+    const __m128 *half = reinterpret_cast<const __m128 *>(b);
+    return {_mm256_blend_ps(_mm256_load_ps(a), _mm256_broadcast_ps(half), 0xF0)};
+}
+template <class V>
+KEPS_INLINE V upperHalves(const float *a, const float *b) {
+    const __m128 *half = reinterpret_cast<const __m128 *>(a + 4);
+    return {_mm256_blend_ps(_mm256_broadcast_ps(half), _mm256_load_ps(b), 0xF0)};
+}
+
+// Pairs of a and b in turn, from the lower and from the upper half of each lane.
+KEPS_INLINE f32x8 lowerPairs(f32x8 a, f32x8 b) {
+    return {_mm256_shuffle_ps(a.v, b.v, 0x44)};
+}
+KEPS_INLINE f32x8 upperPairs(f32x8 a, f32x8 b) {
+    return {_mm256_shuffle_ps(a.v, b.v, 0xEE)};
+}
+
 // The column that lane i of a vector holds after an interleaved load.
 template <class V>
 constexpr int columnOfLane(int i) {
@@ -108,11 +129,19 @@ constexpr int columnOfLane(int i) {
     return (i & 1) << 1 | i >> 1;
 }
 
+// Keeps a loaded vector in a register: compilers fold a load into each of its uses, and two uses
+// would take two of the two loads a cycle.
+template <class V>
+KEPS_INLINE V held(V x) {
+    __asm__("" : "+x"(x.v));
+    return x;
+}
+
 // V::lanes complex values from interleaved memory, lane i holding value columnOfLane(i): 2
 // shuffles.
 template <class V>
 KEPS_INLINE planar<V> loadInterleaved(const typename V::element *p) {
-    const V a = load<V>(p), b = load<V>(p + V::lanes);
+    const V a = held(load<V>(p)), b = held(load<V>(p + V::lanes));
     return {firstOfPairs(a, b), secondOfPairs(a, b)};
 }
 // The same values from the last backward: lane i holds value V::lanes - 1 - columnOfLane(i).
@@ -123,26 +152,17 @@ KEPS_INLINE planar<V> loadInterleavedBack(const typename V::element *p) {
     return {firstOfPairsBack(a, b), secondOfPairsBack(a, b)};
 }
 
-// Lanes in order to interleaved memory: 2 shuffles, four 16-byte stores, which leave two a cycle.
-template <class V>
-KEPS_INLINE void storeInterleaved(typename V::element *p, planar<V> z) {
-    constexpr int half = V::lanes / 2;
-    const V a = unpackLower(z.re, z.im), b = unpackUpper(z.re, z.im);
-    store(p, lower(a));
-    store(p + half, lower(b));
-    store(p + 2 * half, upper(a));
-    store(p + 3 * half, upper(b));
-}
-// Lanes in the order of columnOfLane; back: what loadInterleavedBack reads.
-KEPS_INLINE void storeInColumns(float *p, planar<f32x8> z) {
+// Back to interleaved memory from the same order of lanes: 2 shuffles. Back: what
+// loadInterleavedBack reads.
+KEPS_INLINE void storeInterleaved(float *p, planar<f32x8> z) {
     store(p, unpackLower(z.re, z.im));
     store(p + 8, unpackUpper(z.re, z.im));
 }
-KEPS_INLINE void storeInColumns(double *p, planar<f64x4> z) {
+KEPS_INLINE void storeInterleaved(double *p, planar<f64x4> z) {
     store(p, unpackLower(z.re, z.im));
     store(p + 4, unpackUpper(z.re, z.im));
 }
-KEPS_INLINE void storeInColumnsBack(float *p, planar<f32x8> z) {
+KEPS_INLINE void storeInterleavedBack(float *p, planar<f32x8> z) {
     const f32x8 a = {_mm256_permute_ps(unpackLower(z.re, z.im).v, 0x4E)};
     const f32x8 b = {_mm256_permute_ps(unpackUpper(z.re, z.im).v, 0x4E)};
     store(p, upper(b));
@@ -150,7 +170,7 @@ KEPS_INLINE void storeInColumnsBack(float *p, planar<f32x8> z) {
     store(p + 8, upper(a));
     store(p + 12, lower(a));
 }
-KEPS_INLINE void storeInColumnsBack(double *p, planar<f64x4> z) {
+KEPS_INLINE void storeInterleavedBack(double *p, planar<f64x4> z) {
     const f64x4 a = unpackLower(z.re, z.im), b = unpackUpper(z.re, z.im);
     store(p, upper(b));
     store(p + 2, lower(b));
@@ -158,33 +178,25 @@ KEPS_INLINE void storeInColumnsBack(double *p, planar<f64x4> z) {
     store(p + 6, lower(a));
 }
 
-// A square of V::lanes rows that lie stride elements apart, transposed: calls put(i, column i).
-// 16 shuffles and 8 joins for eight lanes, 4 and 4 for four.
-template <class Put>
-KEPS_INLINE void transposed(const float *rows, size stride, const Put &put) {
-    times<2>([&](int h) KEPS_INLINE_LAMBDA {
-        const auto both = [&](int i) KEPS_INLINE_LAMBDA {
-            const float *p = rows + i * stride + 4 * h;
-            return loadHalves<f32x8>(p, p + 4 * stride).v;
-        };
-        const __m256 a = both(0), b = both(1), c = both(2), d = both(3);
-        const __m256 ab = _mm256_unpacklo_ps(a, b), cd = _mm256_unpacklo_ps(c, d);
-        const __m256 ef = _mm256_unpackhi_ps(a, b), gh = _mm256_unpackhi_ps(c, d);
-        put(4 * h, f32x8{_mm256_shuffle_ps(ab, cd, 0x44)});
-        put(4 * h + 1, f32x8{_mm256_shuffle_ps(ab, cd, 0xEE)});
-        put(4 * h + 2, f32x8{_mm256_shuffle_ps(ef, gh, 0x44)});
-        put(4 * h + 3, f32x8{_mm256_shuffle_ps(ef, gh, 0xEE)});
-    });
+// Four vectors as a 4 by 4 square, transposed: 8 shuffles.
+KEPS_INLINE void transposeSquare(f64x4 &a, f64x4 &b, f64x4 &c, f64x4 &d) {
+    const f64x4 ab = unpackLower(a, b), cd = unpackLower(c, d);
+    const f64x4 ef = unpackUpper(a, b), gh = unpackUpper(c, d);
+    a = lowerHalves(ab, cd);
+    b = lowerHalves(ef, gh);
+    c = upperHalves(ab, cd);
+    d = upperHalves(ef, gh);
 }
-template <class Put>
-KEPS_INLINE void transposed(const double *rows, size stride, const Put &put) {
-    times<2>([&](int h) KEPS_INLINE_LAMBDA {
-        const double *p = rows + 2 * h, *q = rows + stride + 2 * h;
-        const __m256d a = loadHalves<f64x4>(p, p + 2 * stride).v;
-        const __m256d b = loadHalves<f64x4>(q, q + 2 * stride).v;
-        put(2 * h, f64x4{_mm256_unpacklo_pd(a, b)});
-        put(2 * h + 1, f64x4{_mm256_unpackhi_pd(a, b)});
-    });
+
+// Lanes in the order of columnOfLane to plain memory: 2 shuffles and an extraction.
+KEPS_INLINE void storeInOrder(float *p, f32x8 x) {
+    const __m128 a = lower(x).v, b = upper(x).v;
+    store(p, f32x4{_mm_movelh_ps(a, b)});
+    store(p + 4, f32x4{_mm_movehl_ps(b, a)});
+}
+KEPS_INLINE void storeInOrder(double *p, f64x4 x) {
+    store(p, unpackLower(lower(x), upper(x)));
+    store(p + 2, unpackUpper(lower(x), upper(x)));
 }
 
 // Squares of interleaved complex values, in place: 4 by 4 (8 shuffles), 2 by 2 (2 shuffles).

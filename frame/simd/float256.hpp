@@ -189,19 +189,6 @@ KEPS_INLINE f64x4 loadTwice(const double *p) {
     return {_mm256_broadcast_pd(reinterpret_cast<const __m128d *>(p))};
 }
 
-// Pairs (real, imaginary) with their parts exchanged.
-KEPS_INLINE f32x8 swapPairs(f32x8 x) {
-    return {_mm256_permute_ps(x.v, 0xB1)};
-}
-KEPS_INLINE f64x4 swapPairs(f64x4 x) {
-    return {_mm256_permute_pd(x.v, 0x5)};
-}
-
-// In each half, the upper two lanes of a, then the lower two of b.
-KEPS_INLINE f32x8 middle(f32x8 a, f32x8 b) {
-    return {_mm256_shuffle_ps(a.v, b.v, 0x4E)};
-}
-
 // Sums of neighbours, in each half one of a, then one of b. 3 uops.
 KEPS_INLINE f64x4 addNeighbours(f64x4 a, f64x4 b) {
     return {_mm256_hadd_pd(a.v, b.v)};

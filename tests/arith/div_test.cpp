@@ -2,34 +2,14 @@
 #include <cmath>
 #include <xmmintrin.h>
 
+#include "arith/exact.hpp"
 #include "harness/elementwise.hpp"
 
 namespace {
 
 using namespace harness;
 
-__extension__ using Wide = __int128;
-__extension__ using UnsignedWide = unsigned __int128;
-
-// num / den * 2^-s, rounded by a KepRoundMode; exact while num and den are below 2^62 and |s| up to
-// 62. The sign of den is that of the quotient's.
-Wide roundedQuotient(Wide num, Wide den, int s, int rndMode = kepRoundNearest) {
-    const bool negative = (num < 0) != (den < 0);
-    num = num < 0 ? -num : num;
-    den = den < 0 ? -den : den;
-    (s > 0 ? den : num) <<= std::min(std::abs(s), 64);
-    Wide q = num / den;
-    const Wide twice = 2 * (num % den);
-    if (rndMode == kepRoundNearest) q += twice > den || (twice == den && (q & 1));
-    if (rndMode == kepRoundHalfAway) q += twice >= den;
-    return negative ? -q : q;
-}
-
-template <class T>
-T clamped(Wide x) {
-    using L = std::numeric_limits<T>;
-    return static_cast<T>(std::clamp(x, Wide{L::min()}, Wide{L::max()}));
-}
+using namespace exact;
 
 // One element, its substitute included; isWarned is set, never cleared.
 template <class T>

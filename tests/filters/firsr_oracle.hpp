@@ -24,12 +24,24 @@ struct Fir<Kep32f> {
     static constexpr auto call = kepsFIRSR_32f;
 };
 template <>
+struct Fir<Kep64f> {
+    static constexpr int code = 19, leastTaps = 62, leastIters = 512, chunk = 4096;
+    static constexpr auto init = kepsFIRSRInit_64f;
+    static constexpr auto call = kepsFIRSR_64f;
+};
+template <>
 struct Fir<Kep32fc> {
     static constexpr int code = 14, leastTaps = 18, leastIters = 128, chunk = 4096;
     static constexpr auto init = kepsFIRSRInit_32fc;
     static constexpr auto call = kepsFIRSR_32fc;
 };
-#define KEPS_FIR_TYPES Kep32f, Kep32fc
+template <>
+struct Fir<Kep64fc> {
+    static constexpr int code = 20, leastTaps = 18, leastIters = 128, chunk = 2048;
+    static constexpr auto init = kepsFIRSRInit_64fc;
+    static constexpr auto call = kepsFIRSR_64fc;
+};
+#define KEPS_FIR_TYPES Kep32f, Kep64f, Kep32fc, Kep64fc
 
 inline int fftOrder(int n) {
     return static_cast<int>(std::floor(std::log2(n))) + 2;
@@ -90,16 +102,24 @@ bool sumsInOrder(int tapsLen) {
     return !std::is_same_v<T, Kep64f> || tapsLen <= 8;
 }
 
-using Wide = std::complex<long double>;
-inline Wide wide(Kep32f x) {
+inline long double wide(Kep32f x) {
     return x;
 }
-inline Wide wide(Kep64f x) {
+inline long double wide(Kep64f x) {
     return x;
 }
 template <class T>
-Wide wide(T x) {
+std::complex<long double> wide(T x) {
     return {x.re, x.im};
+}
+template <class T>
+using Wide = decltype(wide(T{}));
+
+inline long double product(long double a, long double b) {
+    return a * b;
+}
+inline std::complex<long double> product(std::complex<long double> a, std::complex<long double> b) {
+    return {a.real() * b.real() - a.imag() * b.imag(), a.real() * b.imag() + a.imag() * b.real()};
 }
 
 template <class T>
@@ -109,9 +129,19 @@ inline constexpr long double epsilon<Kep32fc> = epsilon<Kep32f>;
 template <>
 inline constexpr long double epsilon<Kep64fc> = epsilon<Kep64f>;
 
-// Empty when out is right, else where it isn't. Sums in order are compared by bits. Other direct
-// sums: n + 2 roundings of terms whose magnitudes add up. By FFT: the three transforms and the
-// product each add up to about order roundings of the norm of taps and samples of a block.
+// By FFT the three transforms and the product each add up to about order roundings of the norm of
+// the taps and of a block's samples.
+template <class T>
+long double transformBound(const std::vector<T> &taps, const std::vector<T> &stream) {
+    long double tapNorm = 0, most = 0;
+    for (const T &tap : taps) tapNorm += std::norm(wide(tap));
+    for (const T &x : stream) most = std::max(most, std::abs(wide(x)));
+    const int order = fftOrder(static_cast<int>(taps.size()));
+    return epsilon<T> * (4 * order + 4) * most * std::sqrt(std::ldexp(tapNorm, order));
+}
+
+// Empty when out is right, else where it isn't. Sums in order are compared by bits; of other direct
+// sums, n + 2 roundings of terms whose magnitudes add up are allowed.
 template <class T>
 std::string difference(const std::vector<T> &taps, const std::vector<T> &stream,
                        const std::vector<T> &out, bool byFft) {
@@ -125,22 +155,17 @@ std::string difference(const std::vector<T> &taps, const std::vector<T> &stream,
         }
         return {};
     }
-    long double tapNorm = 0, most = 0;
-    for (const T &tap : taps) tapNorm += std::norm(wide(tap));
-    for (const T &x : stream) most = std::max(most, std::abs(wide(x)));
-    const int order = fftOrder(static_cast<int>(n));
-    const long double transformBound = epsilon<T> * (4 * order + 4) * std::sqrt(tapNorm) * most *
-                                       std::sqrt(std::ldexp(1.0L, order));
+    const long double byTransforms = transformBound(taps, stream);
     for (size_t i = 0; i < length; ++i) {
-        Wide sum = 0;
+        Wide<T> sum = 0;
         long double magnitude = 0;
         for (size_t j = 0; j < n; ++j) {
-            const Wide product = wide(taps[n - 1 - j]) * wide(stream[i + j]);
-            sum += product;
-            magnitude += std::abs(product);
+            const Wide<T> term = product(wide(taps[n - 1 - j]), wide(stream[i + j]));
+            sum += term;
+            if (!byFft) magnitude += std::abs(term);
         }
         const long double bound =
-            byFft ? transformBound : epsilon<T> * static_cast<long double>(n + 2) * magnitude;
+            byFft ? byTransforms : epsilon<T> * static_cast<long double>(n + 2) * magnitude;
         const long double error = std::abs(wide(out[i]) - sum);
         if (!(error <= bound))
             return "output " + std::to_string(i) + " is off by " +

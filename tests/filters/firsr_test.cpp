@@ -255,22 +255,63 @@ TEST(FirSRSize, bytes) {
         int code, tapsLen, spec, buf, order;
     };
     const Row rows[] = {
-        {13, 1, 512 + 191, 64 + 0 + 32768, 2},       {13, 2, 512 + 191, 64 + 64 + 32768, 3},
-        {13, 31, 1280 + 191, 256 + 256 + 32768, 6},  {13, 32, 1536 + 191, 256 + 256 + 32768, 7},
-        {13, 64, 2560 + 191, 512 + 512 + 32768, 8},  {13, 65, 2560 + 191, 576 + 512 + 32768, 8},
-        {14, 1, 64 + 191, 64 + 0 + 32768, 2},        {14, 18, 576 + 191, 320 + 320 + 32768, 6},
-        {14, 63, 2048 + 191, 1024 + 1024 + 32768, 7}};
+        {13, 1, 512 + 191, 64 + 0 + 32768, 2},        {13, 2, 512 + 191, 64 + 64 + 32768, 3},
+        {13, 31, 1280 + 191, 256 + 256 + 32768, 6},   {13, 32, 1536 + 191, 256 + 256 + 32768, 7},
+        {13, 64, 2560 + 191, 512 + 512 + 32768, 8},   {13, 65, 2560 + 191, 576 + 512 + 32768, 8},
+        {14, 1, 64 + 191, 64 + 0 + 32768, 2},         {14, 18, 576 + 191, 320 + 320 + 32768, 6},
+        {14, 63, 2048 + 191, 1024 + 1024 + 32768, 7}, {19, 1, 64 + 191, 64 + 0 + 32768, 2},
+        {19, 8, 256 + 191, 128 + 128 + 32768, 5},     {19, 62, 1984 + 191, 1024 + 1024 + 32768, 7},
+        {20, 1, 64 + 191, 64 + 0 + 32768, 2},         {20, 17, 1088 + 191, 576 + 512 + 32768, 6},
+        {20, 100, 6400 + 191, 3200 + 3200 + 32768, 8}};
     for (const Row &row : rows) {
         int plan = 0, init = 0, work = 0, spec = 0, buf = 0;
         const int element = row.code == 13 ? 4 : row.code == 20 ? 16 : 8;
-        (row.code == 13 ? kepsFFTGetSize_R_32f : kepsFFTGetSize_C_32fc)(row.order, 2, 0, &plan,
-                                                                        &init, &work);
+        (row.code == 13   ? kepsFFTGetSize_R_32f
+         : row.code == 14 ? kepsFFTGetSize_C_32fc
+         : row.code == 19 ? kepsFFTGetSize_R_64f
+                          : kepsFFTGetSize_C_64fc)(row.order, 2, 0, &plan, &init, &work);
         const int transform = (1 << row.order) * element;
         EXPECT_EQ(kepStatusOk, kepsFIRSRGetSize(row.tapsLen, row.code, &spec, &buf));
         EXPECT_EQ(row.spec + plan + transform + std::max(init, work), spec)
             << row.code << ", " << row.tapsLen;
         EXPECT_EQ(row.buf + transform + work, buf) << row.code << ", " << row.tapsLen;
     }
+}
+
+// Transforms on the FFT's long path; taps of which few are not zero have a short oracle.
+TYPED_TEST(FirSR, longFilters) {
+    using T = TypeParam;
+    const int n = 270000, len = 900;
+    std::vector<T> taps(n);
+    const int places[] = {0, 5, 131072, n - 1};
+    for (const int k : places) taps[static_cast<size_t>(k)] = this->data(1)[0];
+    const auto past = this->data(n - 1), src = this->data(len);
+    auto stream = past;
+    stream.insert(stream.end(), src.begin(), src.end());
+    Filter<T> filter(taps, kepAlgorithmFft);
+    std::vector<T> dly(past.size());
+    const auto out = filter(src, past.data(), dly.data());
+    long double worst = 0;
+    for (size_t i = 0; i < out.size(); ++i) {
+        Wide<T> sum = 0;
+        for (const int k : places)
+            sum += product(wide(taps[static_cast<size_t>(k)]),
+                           wide(stream[i + static_cast<size_t>(n - 1 - k)]));
+        worst = std::max(worst, std::abs(sum - wide(out[i])));
+    }
+    EXPECT_LE(worst, transformBound(taps, stream));
+    EXPECT_TRUE(holds(dly.data(), stream.data() + len, n - 1));
+}
+
+TEST(FirSRSize, beyond31Bits) {
+    // The bytes wrap; nothing else is promised.
+    int spec = 0, buf = 0;
+    for (const int code : {13, 14, 19, 20})
+        for (const int n : {1 << 27, 1 << 28, INT32_MAX})
+            EXPECT_EQ(kepStatusOk, kepsFIRSRGetSize(n, code, &spec, &buf));
+    const Kep32f tap = 1;
+    Kep8u block[64];
+    EXPECT_EQ(kepStatusBadFftOrder, kepsFIRSRInit_32f(&tap, INT32_MAX, kepAlgorithmFft, block));
 }
 
 TEST(FirSRStatus, order) {

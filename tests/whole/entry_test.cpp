@@ -14,7 +14,8 @@
 namespace {
 
 const std::regex ownChain("keps(GetLibVersion|Malloc|Free|FFT|FIRSR).*"
-                          "|keps(Add|Sub)_(32|64)fc(_I)?|kepsAddC_64[su]_Sfs|kepsMulC_64f64s_ISfs");
+                          "|keps(Add|Sub)_(32|64)fc(_I)?|kepsAddC_64[su]_Sfs|kepsMulC_64f64s_ISfs"
+                          "|kepsConvert_64f64s_Sfs");
 
 alignas(64) unsigned char scratch[8][1 << 12];
 

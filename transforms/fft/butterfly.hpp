@@ -19,33 +19,42 @@ KEPS_INLINE void radix4(planar<V> &a0, planar<V> &a1, planar<V> &a2, planar<V> &
     a3 = plusI(d0, d1);
 }
 
-// An 8-point transform: two of 4 points, joined by eighth roots. 52 sums, 4 products.
-template <class V>
-KEPS_INLINE void radix8(planar<V> *a) {
+// Joins the 4-point transforms of the even and of the odd members to one of 8 points by eighth
+// roots; put(k, X) takes each result as soon as it is there, which keeps registers free.
+template <class V, class Put>
+KEPS_INLINE void joinEighths(const planar<V> *even, const planar<V> *odd, const Put &put) {
     const V root = splat<V>(typename V::element(0.70710678118654752440));
-    radix4(a[0], a[2], a[4], a[6]);
-    radix4(a[1], a[3], a[5], a[7]);
-    const planar<V> o0 = a[1], o2 = a[5];
-    const planar<V> o1 = {(a[3].re + a[3].im) * root, (a[3].im - a[3].re) * root};
-    const planar<V> o3 = {(a[7].im - a[7].re) * root, (a[7].re + a[7].im) * root};
-    const planar<V> e0 = a[0], e1 = a[2], e2 = a[4], e3 = a[6];
-    a[0] = e0 + o0;
-    a[4] = e0 - o0;
-    a[1] = e1 + o1;
-    a[5] = e1 - o1;
-    a[2] = minusI(e2, o2);
-    a[6] = plusI(e2, o2);
-    // o3 stands for -w^3 O3 with its imaginary part turned: X3 = E3 + w^3 O3.
-    a[3] = {e3.re + o3.re, e3.im - o3.im};
-    a[7] = {e3.re - o3.re, e3.im + o3.im};
+    put(0, even[0] + odd[0]);
+    put(4, even[0] - odd[0]);
+    put(2, minusI(even[2], odd[2]));
+    put(6, plusI(even[2], odd[2]));
+    const planar<V> o1 = {(odd[1].re + odd[1].im) * root, (odd[1].im - odd[1].re) * root};
+    put(1, even[1] + o1);
+    put(5, even[1] - o1);
+    // Minus the imaginary part of the third root's product.
+    const planar<V> o3 = {(odd[3].im - odd[3].re) * root, (odd[3].re + odd[3].im) * root};
+    put(3, planar<V>{even[3].re + o3.re, even[3].im - o3.im});
+    put(7, planar<V>{even[3].re - o3.re, even[3].im + o3.im});
 }
 
-template <int R, class V>
-KEPS_INLINE void butterfly(planar<V> *a) {
-    if constexpr (R == 4)
-        radix4(a[0], a[1], a[2], a[3]);
-    else
-        radix8(a);
+// A transform of R points: get(j) gives the inputs, put(k, X) takes the results. 8 points: two
+// transforms of 4, 52 sums and 4 products in all.
+template <int R, class V, class Get, class Put>
+KEPS_INLINE void butterfly(const Get &get, const Put &put) {
+    if constexpr (R == 4) {
+        planar<V> a0 = get(0), a1 = get(1), a2 = get(2), a3 = get(3);
+        radix4(a0, a1, a2, a3);
+        put(0, a0);
+        put(1, a1);
+        put(2, a2);
+        put(3, a3);
+    } else {
+        planar<V> even[4] = {get(0), get(2), get(4), get(6)};
+        radix4(even[0], even[1], even[2], even[3]);
+        planar<V> odd[4] = {get(1), get(3), get(5), get(7)};
+        radix4(odd[0], odd[1], odd[2], odd[3]);
+        joinEighths(even, odd, put);
+    }
 }
 
 // The run that holds member j of a butterfly, in bit-reversed data.
@@ -56,7 +65,7 @@ constexpr int runOf(int j) {
 
 template <class V>
 KEPS_INLINE planar<V> loadPlanar(const typename V::element *p) {
-    return {loadAligned<V>(p), loadAligned<V>(p + V::lanes)};
+    return {held(loadAligned<V>(p)), held(loadAligned<V>(p + V::lanes))};
 }
 
 // Data in the caller's interleaved order, at any address. E is T or const T.
@@ -75,7 +84,6 @@ struct Interleaved {
     KEPS_INLINE void store(size i, planar<V> z) const {
         storeInterleaved(p + 2 * i, direction == forward ? z : planar<V>{z.im, z.re});
     }
-    KEPS_INLINE void prefetch(size i) const { _mm_prefetch(p + 2 * i, _MM_HINT_T0); }
     KEPS_INLINE Interleaved at(size i) const { return {p + 2 * i}; }
 };
 
@@ -91,36 +99,45 @@ struct Split {
     }
     static constexpr int column(int lane) { return lane; }
     KEPS_INLINE void store(size i, planar<V> z) const {
-        keps::store(re + i, z.re);
-        keps::store(im + i, z.im);
+        storeInOrder(re + i, z.re);
+        storeInOrder(im + i, z.im);
     }
-    KEPS_INLINE void prefetch(size i) const {
-        _mm_prefetch(re + i, _MM_HINT_T0);
-        _mm_prefetch(im + i, _MM_HINT_T0);
-    }
-    // The vector of real (0) or imaginary (1) parts of the points from i on.
-    KEPS_INLINE E *part(int which, size i) const { return (which == 0 ? re : im) + i; }
     KEPS_INLINE Split at(size i) const { return {re + i, im + i}; }
 };
 
-// The order between the stages: vectors of real parts and of imaginary parts in turn.
-template <class E>
+// The order between the stages: vectors of real parts and of imaginary parts in turn. Lane i holds
+// point columnOfLane(i) of the vector's, so that the last stage interleaves within halves.
+template <class T_>
 struct Grouped {
-    using T = std::remove_const_t<E>;
+    using T = T_;
     using V = typename Traits<T>::V;
-    E *p;
+    T *p;
 
     KEPS_INLINE planar<V> load(size i) const {
         return {keps::load<V>(p + 2 * i), keps::load<V>(p + 2 * i + V::lanes)};
     }
-    static constexpr int column(int lane) { return lane; }
     KEPS_INLINE void store(size i, planar<V> z) const {
         keps::store(p + 2 * i, z.re);
         keps::store(p + 2 * i + V::lanes, z.im);
     }
-    KEPS_INLINE void prefetch(size i) const { _mm_prefetch(p + 2 * i, _MM_HINT_T0); }
-    KEPS_INLINE E *part(int which, size i) const { return p + 2 * i + V::lanes * which; }
     KEPS_INLINE Grouped at(size i) const { return {p + 2 * i}; }
+};
+
+// The same with the vectors of real and of imaginary parts in two arrays.
+template <class T_>
+struct GroupedSplit {
+    using T = T_;
+    using V = typename Traits<T>::V;
+    T *re, *im;
+
+    KEPS_INLINE planar<V> load(size i) const {
+        return {keps::load<V>(re + i), keps::load<V>(im + i)};
+    }
+    KEPS_INLINE void store(size i, planar<V> z) const {
+        keps::store(re + i, z.re);
+        keps::store(im + i, z.im);
+    }
+    KEPS_INLINE GroupedSplit at(size i) const { return {re + i, im + i}; }
 };
 
 } // namespace keps::fft

@@ -150,7 +150,7 @@ KEPS_INLINE void scaleRun(Grouped<T> run, size points, T factor) {
     scaleBy(factor, run.p, 2 * points);
 }
 template <class T>
-KEPS_INLINE void scaleRun(Split<T> run, size points, T factor) {
+KEPS_INLINE void scaleRun(GroupedSplit<T> run, size points, T factor) {
     scaleBy(factor, run.re, points);
     scaleBy(factor, run.im, points);
 }

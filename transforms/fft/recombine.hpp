@@ -37,8 +37,8 @@ KEPS_INLINE void sweep(const T *src, T *dst, size points, const T *table, const 
             planar<V> f = loadFactors<V>(factors);
             if constexpr (twoLevels) f = f * rotation;
             op(a, b, f);
-            storeInColumns(dst + 2 * k, a);
-            storeInColumnsBack(dst + 2 * back, b);
+            storeInterleaved(dst + 2 * k, a);
+            storeInterleavedBack(dst + 2 * back, b);
         }
     } while (twoLevels && k <= points / 2);
 }

@@ -17,54 +17,86 @@ constexpr int firstRunBits(const StagePlan &plan) {
     return sizeof(T) == 4 ? 4 : plan.stage[0].bits;
 }
 
-// Transforms Run rows of V::lanes columns, rowStride points apart, down the columns, and writes
-// each column as a run: the one with number c to point rev(c) * laneStride of out, which the
-// transposition does on the way. twiddles are those of the second radix-4 stage.
+// A tile of the first pass: Run rows of V::lanes columns, rowStride points apart, are transformed
+// down the columns; each column becomes a run, the one with number c at point rev(c) * laneStride
+// of out. The transposition is spread over load and store so that no step needs a shuffle across
+// the halves of a vector, which would take the adders' time. Place of a lane's run.
+template <class In>
+KEPS_INLINE size runOfLane(int lane, size laneStride) {
+    constexpr int bits = In::V::lanes == 8 ? 3 : 2;
+    return size{bitReversed(static_cast<std::uint32_t>(In::column(lane)), bits)} * laneStride;
+}
+
+// Two radix-4 stages. The first leaves pairs of results side by side in memory; the second reads
+// halves of two vectors as one: results 0, 1 of two columns below, results 2, 3 above.
+template <class In>
+class FirstTile {
+public:
+    // Rows r, r + 4, r + 8, r + 12.
+    KEPS_INLINE void gather(In in, size rowStride, int r) {
+        planar<V> z[4];
+        butterfly<4, V>([&](int j) KEPS_INLINE_LAMBDA { return in.load((r + 4 * j) * rowStride); },
+                        [&](int k, planar<V> x) KEPS_INLINE_LAMBDA { z[k] = x; });
+        times<2>([&](int k) KEPS_INLINE_LAMBDA {
+            const planar<V> a = z[2 * k], b = z[2 * k + 1];
+            storeAligned(pairs[r][0][0][k], unpackLower(a.re, b.re));
+            storeAligned(pairs[r][0][1][k], unpackLower(a.im, b.im));
+            storeAligned(pairs[r][1][0][k], unpackUpper(a.re, b.re));
+            storeAligned(pairs[r][1][1][k], unpackUpper(a.im, b.im));
+        });
+    }
+    // Two columns to their runs: 0, 1; 4, 5; 2, 3; 6, 7.
+    template <class Data>
+    KEPS_INLINE void scatter(Data out, size laneStride, const float *twiddles, int c) const {
+        const auto both = [&](int j, int part) KEPS_INLINE_LAMBDA {
+            const float(&from)[2][8] = pairs[j][c / 2][part];
+            return c % 2 == 0 ? lowerHalves<V>(from[0], from[1]) : upperHalves<V>(from[0], from[1]);
+        };
+        planar<V> z[4];
+        butterfly<4, V>(
+            [&](int j) KEPS_INLINE_LAMBDA {
+                const planar<V> x = {both(j, 0), both(j, 1)};
+                return j == 0 ? x : x * loadPlanar<V>(twiddles + 16 * (j - 1));
+            },
+            [&](int q, planar<V> x) KEPS_INLINE_LAMBDA { z[q] = x; });
+        const int lane = 2 * (c / 2) + 4 * (c % 2);
+        times<2>([&](int group) KEPS_INLINE_LAMBDA {
+            const planar<V> a = z[2 * group], b = z[2 * group + 1];
+            out.store(runOfLane<In>(lane, laneStride) + 8 * group,
+                      planar<V>{lowerPairs(a.re, b.re), lowerPairs(a.im, b.im)});
+            out.store(runOfLane<In>(lane + 1, laneStride) + 8 * group,
+                      planar<V>{upperPairs(a.re, b.re), upperPairs(a.im, b.im)});
+        });
+    }
+
+private:
+    using V = f32x8;
+    alignas(64) float pairs[4][2][2][2][8]; // by r, columns, part, results
+};
+
+// The tile of 16 rows at once, or of one radix-4 or radix-8 stage of 64f.
 template <int Run, class In, class Data>
 KEPS_INLINE void firstTile(In in, size rowStride, Data out, size laneStride,
                            const typename In::T *twiddles) {
-    using T = typename In::T;
-    using V = typename In::V;
-    constexpr int lanes = V::lanes;
-    alignas(64) T rows[Run][2][lanes];
-    const auto put = [&](int row, planar<V> z) KEPS_INLINE_LAMBDA {
-        storeAligned(rows[row][0], z.re);
-        storeAligned(rows[row][1], z.im);
-    };
     if constexpr (Run == 16) {
-        planar<V> z[16];
-        times<4>([&](int r) KEPS_INLINE_LAMBDA {
-            planar<V> *a = z + 4 * r;
-            times<4>([&](int j) KEPS_INLINE_LAMBDA { a[j] = in.load((r + 4 * j) * rowStride); });
-            butterfly<4>(a);
-        });
-        times<4>([&](int k) KEPS_INLINE_LAMBDA {
-            planar<V> a[4] = {z[k], z[4 + k], z[8 + k], z[12 + k]};
-            if (k > 0) {
-                times<3>([&](int j) KEPS_INLINE_LAMBDA {
-                    const T *w = twiddles + 2 * lanes * j + k;
-                    a[j + 1] = a[j + 1] * planar<V>{splat<V>(w[0]), splat<V>(w[lanes])};
-                });
-            }
-            butterfly<4>(a);
-            times<4>([&](int q) KEPS_INLINE_LAMBDA { put(k + 4 * q, a[q]); });
-        });
+        FirstTile<In> tile;
+        times<4>([&](int r) KEPS_INLINE_LAMBDA { tile.gather(in, rowStride, r); });
+        times<4>([&](int c) KEPS_INLINE_LAMBDA { tile.scatter(out, laneStride, twiddles, c); });
     } else {
-        planar<V> a[Run];
-        times<Run>([&](int j) KEPS_INLINE_LAMBDA { a[j] = in.load(j * rowStride); });
-        butterfly<Run>(a);
-        times<Run>([&](int q) KEPS_INLINE_LAMBDA { put(q, a[q]); });
-    }
-    times<Run / lanes>([&](int group) KEPS_INLINE_LAMBDA {
-        times<2>([&](int part) KEPS_INLINE_LAMBDA {
-            transposed(rows[lanes * group][part], 2 * lanes, [&](int lane, V x) KEPS_INLINE_LAMBDA {
-                constexpr int bits = lanes == 8 ? 3 : 2;
-                const auto c = static_cast<std::uint32_t>(In::column(lane));
-                const size run = size{bitReversed(c, bits)} * laneStride;
-                store(out.part(part, run + lanes * group), x);
+        using V = typename In::V;
+        planar<V> z[Run];
+        butterfly<Run, V>([&](int j) KEPS_INLINE_LAMBDA { return in.load(j * rowStride); },
+                          [&](int k, planar<V> x) KEPS_INLINE_LAMBDA { z[k] = x; });
+        times<Run / 4>([&](int group) KEPS_INLINE_LAMBDA {
+            planar<V> *rows = z + 4 * group;
+            transposeSquare(rows[0].re, rows[2].re, rows[1].re, rows[3].re);
+            transposeSquare(rows[0].im, rows[2].im, rows[1].im, rows[3].im);
+            const int order[4] = {0, 2, 1, 3};
+            times<4>([&](int lane) KEPS_INLINE_LAMBDA {
+                out.store(runOfLane<In>(lane, laneStride) + 4 * group, rows[order[lane]]);
             });
         });
-    });
+    }
 }
 
 // The first pass over 2^order points of in; bitRev tells where each tile of columns begins.
@@ -75,11 +107,26 @@ void firstPass(In in, typename In::T *out, int order, const std::uint32_t *bitRe
     const size points = size{1} << order, rowStride = points / Run, laneStride = points / lanes;
     constexpr size step = Run / 4;
     const size tiles = points / (Run * lanes);
-    for (size t = 0; t < tiles; ++t) {
-        const size next = bitRev[(t + 1) * step] / 2;
-        times<Run>([&](int r) KEPS_INLINE_LAMBDA { in.prefetch(next + r * rowStride); });
-        firstTile<Run>(in.at(bitRev[t * step] / 2), rowStride,
-                       Grouped<typename In::T>{out + 2 * Run * t}, laneStride, twiddles);
+    const auto columns = [&](size t) KEPS_INLINE_LAMBDA { return in.at(bitRev[t * step] / 2); };
+    Grouped<typename In::T> to{out};
+    if constexpr (Run == 16) {
+        // The rows of the next tile are read while this one's runs are written: neither waits for
+        // the other.
+        FirstTile<In> tile[2];
+        times<4>([&](int r) KEPS_INLINE_LAMBDA { tile[0].gather(columns(0), rowStride, r); });
+        size t = 0;
+        for (; t + 1 < tiles; ++t, to = to.at(Run)) {
+            const In next = columns(t + 1);
+            times<4>([&](int i) KEPS_INLINE_LAMBDA {
+                tile[(t + 1) % 2].gather(next, rowStride, i);
+                tile[t % 2].scatter(to, laneStride, twiddles, i);
+            });
+        }
+        times<4>([&](int c)
+                     KEPS_INLINE_LAMBDA { tile[t % 2].scatter(to, laneStride, twiddles, c); });
+    } else {
+        for (size t = 0; t < tiles; ++t, to = to.at(Run))
+            firstTile<Run>(columns(t), rowStride, to, laneStride, twiddles);
     }
 }
 
@@ -90,14 +137,12 @@ KEPS_INLINE void joinRuns(Data data, size fromStride, Out out, size toStride, si
                           const typename Data::T *twiddles) {
     using V = typename Data::V;
     for (size k = 0; k < columns; k += V::lanes, twiddles += 2 * V::lanes * (R - 1)) {
-        planar<V> a[R];
-        a[0] = data.load(k);
-        times<R - 1>([&](int j) KEPS_INLINE_LAMBDA {
-            a[j + 1] = data.load(k + runOf<R>(j + 1) * fromStride) *
-                       loadPlanar<V>(twiddles + 2 * V::lanes * j);
-        });
-        butterfly<R>(a);
-        times<R>([&](int q) KEPS_INLINE_LAMBDA { out.store(k + q * toStride, a[q]); });
+        butterfly<R, V>(
+            [&](int j) KEPS_INLINE_LAMBDA {
+                const planar<V> x = data.load(k + runOf<R>(j) * fromStride);
+                return j == 0 ? x : x * loadPlanar<V>(twiddles + 2 * V::lanes * (j - 1));
+            },
+            [&](int q, planar<V> x) KEPS_INLINE_LAMBDA { out.store(k + q * toStride, x); });
     }
 }
 

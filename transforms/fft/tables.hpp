@@ -1,10 +1,10 @@
 // A plan's tables: sampled from one quarter wave, and laid out as the kernels read them.
 #pragma once
 
+#include "arith/vmath/vmath.hpp"
 #include "frame/blocks.hpp"
 #include "transforms/fft/plan.hpp"
 #include "transforms/fft/quarter_wave.hpp"
-#include "arith/vmath/vmath.hpp"
 
 namespace keps::fft {
 
@@ -67,13 +67,15 @@ inline QuarterWave<T> generatedWave(int order, T *table) {
 }
 
 // Factors exp(-2 pi i j k / 2^bits), j = 1..last, for a vector of k from first on: for each j the
-// real parts, then the imaginary parts. k beyond a run of columns starts anew.
+// real parts, then the imaginary parts, in the lane order of grouped data. k beyond a run of
+// columns starts anew.
 template <class T>
 inline T *writeRoots(T *out, QuarterWave<T> wave, size first, int last, int bits, size columns) {
-    constexpr int lanes = Traits<T>::V::lanes;
+    using V = typename Traits<T>::V;
+    constexpr int lanes = V::lanes;
     for (int j = 1; j <= last; ++j, out += 2 * lanes) {
         for (int i = 0; i < lanes; ++i) {
-            const Factor<T> w = wave.root(j * ((first + i) & (columns - 1)), bits);
+            const Factor<T> w = wave.root(j * ((first + columnOfLane<V>(i)) & (columns - 1)), bits);
             out[i] = w.re;
             out[lanes + i] = w.im;
         }

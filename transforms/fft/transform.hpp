@@ -88,7 +88,8 @@ KEPS_INLINE KepStatus splitTransform(int tag, const T *srcRe, const T *srcIm, T 
     const Split<const T> in{srcRe, srcIm};
     const Split<T> out{dstRe, dstIm};
     if (order >= Traits<T>::largeOrder) {
-        owns_cFft_Large(in, out, out, order, srcRe == dstRe, plan, scaled, work);
+        owns_cFft_Large(in, GroupedSplit<T>{dstRe, dstIm}, out, order, srcRe == dstRe, plan, scaled,
+                        work);
         return kepStatusOk;
     }
     owns_cRadix4Norm(in, out, order, plan.twiddleCore, plan.bitRevTable, work);

@@ -1,0 +1,345 @@
+// RandUniform, RandGauss: random numbers from a subtract-with-borrow generator plus a congruential
+// one. Steps are drawn in blocks, never more than the call is sure to use, so that the state stands
+// behind the last value written.
+#include <limits>
+
+#include "arith/scalar.hpp"
+#include "arith/vmath/vmath.hpp"
+#include "frame/entry.hpp"
+#include "frame/fpstate.hpp"
+#include "frame/simd/int128.hpp"
+#include "frame/simd/math256.hpp"
+
+using namespace keps;
+
+namespace {
+
+// The records lie at any address.
+struct [[gnu::packed, gnu::may_alias]] Generator {
+    std::uint32_t lcg;              // congruential value
+    std::uint32_t swb0, swb1, swb2; // the last three differences, newest first
+    std::int32_t borrow;            // 0 or -1
+};
+
+// The limits themselves, which only Init reads, have no room in the 56 bytes of the double form.
+struct [[gnu::packed, gnu::may_alias]] UniformRecord {
+    std::int32_t id;
+    std::uint32_t seed;
+    double mid, scale; // y = mid + scale r
+    Generator generator;
+};
+
+template <class T>
+struct [[gnu::packed, gnu::may_alias]] GaussRecord {
+    std::int32_t id;
+    std::uint32_t seed;
+    T mean, stdDev;
+    Generator generator;
+    std::int32_t spent; // 0 when a second value of a pair is stored
+    double saved, savedU1, savedU2;
+};
+
+template <class T>
+inline constexpr int typeIndex = std::is_same_v<T, Kep8u>    ? 0
+                                 : std::is_same_v<T, Kep16s> ? 1
+                                 : std::is_same_v<T, Kep32f> ? 2
+                                                             : 3;
+template <class T>
+inline constexpr std::int32_t uniformId = 35 + typeIndex<T>;
+template <class T>
+inline constexpr std::int32_t gaussId = 39 + typeIndex<T>;
+
+constexpr int uniformBytes = 56;
+template <class T>
+inline constexpr int gaussBytes = sizeof(T) <= 2 ? 64 : (sizeof(T) == 4 ? 72 : 80);
+static_assert(sizeof(UniformRecord) <= uniformBytes);
+static_assert(sizeof(GaussRecord<Kep8u>) <= gaussBytes<Kep8u>);
+static_assert(sizeof(GaussRecord<Kep64f>) <= gaussBytes<Kep64f>);
+
+constexpr std::uint32_t factor = 69069, addend = 1013904243;
+
+Generator seeded(std::uint32_t seed) {
+    const std::uint32_t second = seed * factor + addend;
+    return {1131199209, seed, second, second * factor + addend, -1};
+}
+
+constexpr size block = 128; // steps drawn at a time
+
+// The congruential values of the next four steps, and four steps on.
+struct Four {
+    __m128i value, multiplier, increment;
+    explicit Four(std::uint32_t lcg) {
+        std::uint32_t x[4], m = 1, a = 0;
+        for (auto &one : x) {
+            lcg = lcg * factor + addend;
+            one = lcg;
+            a = a * factor + addend;
+            m *= factor;
+        }
+        value = _mm_setr_epi32(static_cast<int>(x[0]), static_cast<int>(x[1]),
+                               static_cast<int>(x[2]), static_cast<int>(x[3]));
+        multiplier = _mm_set1_epi32(static_cast<int>(m));
+        increment = _mm_set1_epi32(static_cast<int>(a));
+    }
+    KEPS_INLINE __m128i next() {
+        const __m128i now = value;
+        value = _mm_add_epi32(_mm_mullo_epi32(value, multiplier), increment);
+        return now;
+    }
+};
+
+// n steps, 1 to block, into r, which has room for a multiple of four. The differences run through
+// one array, so that the chain from step to step is a sum, a shift and what the borrow takes off.
+KEPS_INLINE void draw(Generator &g, std::int32_t *r, size n) {
+    std::uint32_t h[block + 3];
+    h[0] = g.swb2;
+    h[1] = g.swb1;
+    h[2] = g.swb0;
+    std::int32_t borrow = g.borrow;
+    std::uint32_t older = h[0], old = h[1], young = h[2];
+    for (size i = 0; i < n; ++i) {
+        const auto t = static_cast<std::int32_t>(old - older + static_cast<std::uint32_t>(borrow));
+        borrow = t >> 31;
+        const auto v = static_cast<std::uint32_t>(t) + (static_cast<std::uint32_t>(borrow) & -18U);
+        h[i + 3] = v;
+        older = old;
+        old = young;
+        young = v;
+    }
+    g.swb2 = older;
+    g.swb1 = old;
+    g.swb0 = young;
+    g.borrow = borrow;
+    Four lcg(g.lcg);
+    std::uint32_t last = g.lcg;
+    for (size i = 0; i < n; i += 4) {
+        const __m128i four = lcg.next();
+        const __m128i sum = _mm_add_epi32(loadInt<i32x4>(h + i + 3).v, four);
+        _mm_storeu_si128(reinterpret_cast<__m128i *>(r + i), sum);
+        if (i + 4 >= n) {
+            std::uint32_t x[4];
+            _mm_storeu_si128(reinterpret_cast<__m128i *>(x), four);
+            last = x[n - 1 - i];
+        }
+    }
+    g.lcg = last;
+}
+
+KEPS_INLINE f64x4 fourDoubles(const std::int32_t *r) {
+    return {_mm256_cvtepi32_pd(loadInt<i32x4>(r).v)};
+}
+
+// Values to elements. Integers are rounded to nearest by the conversion.
+KEPS_INLINE void put(Kep64f *dst, f64x4 y) {
+    store(dst, y);
+}
+KEPS_INLINE void put(Kep32f *dst, f64x4 y) {
+    store(dst, f32x4{_mm256_cvtpd_ps(y.v)});
+}
+KEPS_INLINE void put(Kep16s *dst, f64x4 y) {
+    const __m128i words = _mm256_cvtpd_epi32(y.v);
+    const __m128i low = _mm_shuffle_epi8(
+        words, _mm_setr_epi8(0, 1, 4, 5, 8, 9, 12, 13, -1, -1, -1, -1, -1, -1, -1, -1));
+    _mm_storel_epi64(reinterpret_cast<__m128i *>(dst), low);
+}
+KEPS_INLINE void put(Kep8u *dst, f64x4 y) {
+    const __m128i words = _mm256_cvtpd_epi32(y.v);
+    const __m128i low = _mm_shuffle_epi8(
+        words, _mm_setr_epi8(0, 4, 8, 12, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1));
+    storeAs(dst, _mm_cvtsi128_si32(low));
+}
+
+template <class T>
+KepStatus fillUniform(T *dst, int32_t len, KepRandUniformState *state) {
+    if (const KepStatus refused = refuse(len, dst, state)) return refused;
+    auto *record = reinterpret_cast<UniformRecord *>(state);
+    if (record->id != uniformId<T>) return kepStatusContextMismatch;
+    const DefaultArithmetic scope;
+    const f64x4 mid = splat<f64x4>(record->mid), scale = splat<f64x4>(record->scale);
+    Generator g = record->generator;
+    std::int32_t r[block];
+    for (size i = 0; i < len; i += block) {
+        const size n = len - i < block ? len - i : block;
+        draw(g, r, n);
+        size k = 0;
+        for (; k + 4 <= n; k += 4) put(dst + i + k, mid + scale * fourDoubles(r + k));
+        if (k < n) {
+            T rest[4];
+            put(rest, mid + scale * fourDoubles(r + k));
+            for (size j = 0; k + j < n; ++j) storeOne(dst + i + k + j, rest[j]);
+        }
+    }
+    record->generator = g;
+    return kepStatusOk;
+}
+
+// Accepted pairs: points of the unit disc but for its centre.
+struct Pairs {
+    alignas(32) double u1[block / 2 + 4], u2[block / 2 + 4], f[block / 2 + 4];
+    size count;
+};
+
+// Draws n pairs, 1 to block / 2, and keeps the accepted ones with f = sqrt(-2 ln(s) / s).
+void drawPairs(Generator &g, Pairs &p, size n) {
+    std::int32_t r[block + 4];
+    draw(g, r, 2 * n);
+    size count = 0;
+    for (size k = 0; k < n; ++k) {
+        const double a = static_cast<double>(r[2 * k]) * 0x1p-31;
+        const double b = static_cast<double>(r[2 * k + 1]) * 0x1p-31;
+        const double s = a * a + b * b;
+        p.u1[count] = a;
+        p.u2[count] = b;
+        p.f[count] = s;
+        count += !(s >= 1) & !(s == 0);
+    }
+    p.count = count;
+    for (size k = count; k < count + 3; ++k) p.u1[k] = p.u2[k] = p.f[k] = 0.5;
+    if (count == 0) return;
+    alignas(32) double ln[block / 2 + 4];
+    kepsLn_64f_A53(p.f, ln, static_cast<std::int32_t>(count));
+    for (size k = count; k < count + 3; ++k) ln[k] = -1;
+    for (size k = 0; k < count; k += 4) {
+        const f64x4 s = loadAligned<f64x4>(p.f + k);
+        storeAligned(p.f + k, root(splat<f64x4>(-2) * loadAligned<f64x4>(ln + k) / s));
+    }
+}
+
+// Integers are rounded and clamped in double.
+template <class T>
+KEPS_INLINE f64x4 limited(f64x4 y) {
+    if constexpr (std::is_integral_v<T>) {
+        const auto least = static_cast<double>(std::numeric_limits<T>::min());
+        const auto most = static_cast<double>(std::numeric_limits<T>::max());
+        return min(max(roundToNearest(y), splat<f64x4>(least)), splat<f64x4>(most));
+    } else {
+        return y;
+    }
+}
+template <class T>
+void putOne(T *dst, double y) {
+    T four[4];
+    put(four, limited<T>(splat<f64x4>(y)));
+    storeOne(dst, four[0]);
+}
+
+template <class T>
+KepStatus fillGauss(T *dst, int32_t len, KepRandGaussState *state) {
+    if (const KepStatus refused = refuse(len, dst, state)) return refused;
+    auto *record = reinterpret_cast<GaussRecord<T> *>(state);
+    if (record->id != gaussId<T>) return kepStatusContextMismatch;
+    const DefaultArithmetic scope;
+    const auto mean = static_cast<double>(T{record->mean});
+    const auto stdDev = static_cast<double>(T{record->stdDev});
+    const f64x4 means = splat<f64x4>(mean), deviations = splat<f64x4>(stdDev);
+    Generator g = record->generator;
+    size i = 0;
+    if (record->spent == 0) {
+        putOne(dst, record->saved * stdDev * record->savedU1 + mean);
+        record->spent = 1;
+        i = 1;
+    }
+    Pairs p;
+    for (size wanted = (len - i) / 2; wanted > 0; wanted -= p.count) {
+        drawPairs(g, p, wanted < block / 2 ? wanted : block / 2);
+        size k = 0;
+        // Values of u2 and u1 in turn.
+        const auto values = [&](size at, f64x4 &first, f64x4 &second) KEPS_INLINE_LAMBDA {
+            const f64x4 f = loadAligned<f64x4>(p.f + at);
+            const f64x4 a = means + loadAligned<f64x4>(p.u2 + at) * deviations * f;
+            const f64x4 b = means + loadAligned<f64x4>(p.u1 + at) * deviations * f;
+            const __m256d low = _mm256_unpacklo_pd(a.v, b.v), high = _mm256_unpackhi_pd(a.v, b.v);
+            first = limited<T>({_mm256_permute2f128_pd(low, high, 0x20)});
+            second = limited<T>({_mm256_permute2f128_pd(low, high, 0x31)});
+        };
+        f64x4 first, second;
+        for (; k + 4 <= p.count; k += 4) {
+            values(k, first, second);
+            put(dst + i, first);
+            put(dst + i + 4, second);
+            i += 8;
+        }
+        if (k < p.count) {
+            T rest[8];
+            values(k, first, second);
+            put(rest, first);
+            put(rest + 4, second);
+            for (size j = 0; j < 2 * (p.count - k); ++j) storeOne(dst + i + j, rest[j]);
+            i += 2 * (p.count - k);
+        }
+    }
+    if (i < len) {
+        do drawPairs(g, p, 1);
+        while (p.count == 0);
+        putOne(dst + i, mean + p.u2[0] * stdDev * p.f[0]);
+        record->saved = p.f[0];
+        record->savedU1 = p.u1[0];
+        record->savedU2 = p.u2[0];
+        record->spent = 0;
+    }
+    record->generator = g;
+    return kepStatusOk;
+}
+
+KepStatus report(int *size, int bytes) {
+    if (size == nullptr) return kepStatusNullPointer;
+    storeOne(size, bytes);
+    return kepStatusOk;
+}
+
+template <class T>
+KepStatus initUniform(KepRandUniformState *state, T low, T high, unsigned seed) {
+    if (state == nullptr) return kepStatusNullPointer;
+    const DefaultArithmetic scope;
+    auto *record = reinterpret_cast<UniformRecord *>(state);
+    const auto from = static_cast<double>(low), to = static_cast<double>(high);
+    record->seed = seed;
+    record->mid = (from + to) * 0.5;
+    record->scale = (to - from) * 0x1p-32;
+    record->generator = seeded(seed);
+    record->id = uniformId<T>;
+    return kepStatusOk;
+}
+
+template <class T>
+KepStatus initGauss(KepRandGaussState *state, T mean, T stdDev, unsigned seed) {
+    if (state == nullptr) return kepStatusNullPointer;
+    auto *record = reinterpret_cast<GaussRecord<T> *>(state);
+    record->seed = seed;
+    record->mean = mean;
+    record->stdDev = stdDev;
+    record->generator = seeded(seed);
+    record->spent = 1;
+    record->saved = record->savedU1 = record->savedU2 = 0;
+    record->id = gaussId<T>;
+    return kepStatusOk;
+}
+
+} // namespace
+
+// clang-format off
+KepStatus kepsRandUniformGetSize_8u(int *size) { return report(size, uniformBytes); }
+KepStatus kepsRandUniformGetSize_16s(int *size) { return report(size, uniformBytes); }
+KepStatus kepsRandUniformGetSize_32f(int *size) { return report(size, uniformBytes); }
+KepStatus kepsRandUniformGetSize_64f(int *size) { return report(size, uniformBytes); }
+KepStatus kepsRandUniformInit_8u(KepRandUniformState *state, Kep8u low, Kep8u high, unsigned seed) { return initUniform(state, low, high, seed); }
+KepStatus kepsRandUniformInit_16s(KepRandUniformState *state, Kep16s low, Kep16s high, unsigned seed) { return initUniform(state, low, high, seed); }
+KepStatus kepsRandUniformInit_32f(KepRandUniformState *state, Kep32f low, Kep32f high, unsigned seed) { return initUniform(state, low, high, seed); }
+KepStatus kepsRandUniformInit_64f(KepRandUniformState *state, Kep64f low, Kep64f high, unsigned seed) { return initUniform(state, low, high, seed); }
+KepStatus kepsRandUniform_8u(Kep8u *dst, int32_t len, KepRandUniformState *state) { return fillUniform(dst, len, state); }
+KepStatus kepsRandUniform_16s(Kep16s *dst, int32_t len, KepRandUniformState *state) { return fillUniform(dst, len, state); }
+KepStatus kepsRandUniform_32f(Kep32f *dst, int32_t len, KepRandUniformState *state) { return fillUniform(dst, len, state); }
+KepStatus kepsRandUniform_64f(Kep64f *dst, int32_t len, KepRandUniformState *state) { return fillUniform(dst, len, state); }
+KepStatus kepsRandGaussGetSize_8u(int *size) { return report(size, gaussBytes<Kep8u>); }
+KepStatus kepsRandGaussGetSize_16s(int *size) { return report(size, gaussBytes<Kep16s>); }
+KepStatus kepsRandGaussGetSize_32f(int *size) { return report(size, gaussBytes<Kep32f>); }
+KepStatus kepsRandGaussGetSize_64f(int *size) { return report(size, gaussBytes<Kep64f>); }
+KepStatus kepsRandGaussInit_8u(KepRandGaussState *state, Kep8u mean, Kep8u stdDev, unsigned seed) { return initGauss(state, mean, stdDev, seed); }
+KepStatus kepsRandGaussInit_16s(KepRandGaussState *state, Kep16s mean, Kep16s stdDev, unsigned seed) { return initGauss(state, mean, stdDev, seed); }
+KepStatus kepsRandGaussInit_32f(KepRandGaussState *state, Kep32f mean, Kep32f stdDev, unsigned seed) { return initGauss(state, mean, stdDev, seed); }
+KepStatus kepsRandGaussInit_64f(KepRandGaussState *state, Kep64f mean, Kep64f stdDev, unsigned seed) { return initGauss(state, mean, stdDev, seed); }
+KepStatus kepsRandGauss_8u(Kep8u *dst, int32_t len, KepRandGaussState *state) { return fillGauss(dst, len, state); }
+KepStatus kepsRandGauss_16s(Kep16s *dst, int32_t len, KepRandGaussState *state) { return fillGauss(dst, len, state); }
+KepStatus kepsRandGauss_32f(Kep32f *dst, int32_t len, KepRandGaussState *state) { return fillGauss(dst, len, state); }
+KepStatus kepsRandGauss_64f(Kep64f *dst, int32_t len, KepRandGaussState *state) { return fillGauss(dst, len, state); }
+// clang-format on
