@@ -59,7 +59,10 @@ TEST(VmathTables, ExponentialsAndSines) {
         };
         hold("vdsin_data", j, folded(j), vdsin_data[j][0], vdsin_data[j][1]);
         const double bulk = vdsin_data[j][2];
-        EXPECT_EQ(static_cast<double>(folded(j + 16) - bulk), vdsin_data[j][3]) << j;
+        const double less = vdsin_data[j][3];
+        EXPECT_LE(size(folded(j + 16) - bulk - less),
+                  Quad(0x1p-53) * std::fabs(less) + Quad(0x1p-110))
+            << j;
         int exponent;
         EXPECT_TRUE(bulk == 0 || std::fabs(std::frexp(bulk, &exponent)) == 0.5) << j;
     }
