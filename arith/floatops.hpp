@@ -28,7 +28,16 @@ struct Product {
     }
 };
 
+// The first factor is read once, the second one twice: its doublings are left to memory operands,
+// which some processors make while loading.
 struct ComplexProduct {
+    template <class V>
+    KEPS_INLINE V operator()(V a, V b) const {
+        return complexMul(inRegister(a), b);
+    }
+};
+// With the constant's doublings at hand, the element may as well be read twice.
+struct ComplexFactor {
     template <class V>
     KEPS_INLINE V operator()(V a, V b) const {
         return complexMul(a, b);
@@ -72,7 +81,7 @@ inline constexpr int blocksARound = std::is_same_v<Op, ComplexProduct> ? 2 : 4;
 
 // dst = op(src1, src2) behind the default entry tests.
 template <class Op, class T>
-KepStatus binary(const T *src1, const T *src2, T *dst, std::int32_t len) {
+KEPS_INLINE KepStatus binary(const T *src1, const T *src2, T *dst, std::int32_t len) {
     if (const KepStatus refused = refuse(len, src1, src2, dst)) return refused;
     map<floatLanes<T>, blocksARound<Op>>(len, Op{}, dst, src1, src2);
     return kepStatusOk;

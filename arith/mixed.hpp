@@ -56,7 +56,7 @@ struct SumInto32s {
 template <class Op, class A, class B, class To>
 KepStatus mixed(const A *src1, const B *src2, To *dst, std::int32_t len) {
     if (const KepStatus refused = refuse(len, src1, src2, dst)) return refused;
-    map<lanesOf<To>, 2>(len, Op{}, dst, src1, src2);
+    map<lanesOf<To>, 1>(len, Op{}, dst, src1, src2);
     return kepStatusOk;
 }
 

@@ -18,7 +18,7 @@ KEPS_INLINE KepStatus timesConstant(const T *src, T val, T *dst, int32_t len) {
             return zeroArray(dst, len);
         return withSecond<Product>(src, val, dst, len);
     } else {
-        return withSecond<ComplexProduct>(src, val, dst, len);
+        return withSecond<ComplexFactor>(src, val, dst, len);
     }
 }
 
@@ -78,7 +78,7 @@ KepStatus kepsMulC_16s_I(Kep16s val, Kep16s *srcDst, int32_t len) { return kepsM
 KepStatus kepsMulC_32f16s_Sfs(const Kep32f *src, Kep32f val, Kep16s *dst, int32_t len,
                               int scaleFactor) {
     if (const KepStatus refused = refuse(len, src, dst)) return refused;
-    return withScaling(scaleFactor, [&]<class Scaling>(Scaling scale) {
+    return withScaling<float>(scaleFactor, [&]<class Scaling>(Scaling scale) {
         return floatProducts<Scaling, ToNearest>(src, val, dst, len, scale);
     });
 }

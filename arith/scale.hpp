@@ -23,13 +23,23 @@ concept OneVector = !isTwo<V>;
 template <class T>
 struct ShiftUp;
 
-template <>
-struct ShiftUp<Kep8u> {
+// Unsigned: what is above the largest number that fits becomes all ones.
+template <class T>
+requires std::is_unsigned_v<T>
+struct ShiftUp<T> {
     Count by;
-    explicit ShiftUp(int k) : by(k) {}
-    KEPS_INLINE u8x16 operator()(u8x16 x) const {
-        const auto wide = interleave<Kep16s>(x, nothing<Kep8u>());
-        return narrowUnsigned(wide.lo << by, wide.hi << by);
+    int128<T> keep, tooLarge;
+    explicit ShiftUp(int k)
+        : by(k),
+          keep(splatInt(static_cast<T>(~0U << k))),
+          tooLarge(splatInt(static_cast<T>((std::numeric_limits<T>::max() >> k) + 1))) {}
+    KEPS_INLINE int128<T> operator()(int128<T> x) const {
+        // Bytes shift through 16-bit lanes, less what came from the neighbour.
+        if constexpr (sizeof(T) == 1)
+            return (as<T>(as<Kep16u>(x) << by) & keep) |
+                   int128<T>{_mm_cmpeq_epi8(_mm_max_epu8(x.v, tooLarge.v), x.v)};
+        else
+            return (x << by) | int128<T>{_mm_cmpeq_epi16(_mm_max_epu16(x.v, tooLarge.v), x.v)};
     }
 };
 template <>
@@ -41,16 +51,6 @@ struct ShiftUp<Kep16s> {
         return narrowSaturated(wide.lo >> by, wide.hi >> by);
     }
 };
-template <>
-struct ShiftUp<Kep16u> {
-    Count by;
-    explicit ShiftUp(int k) : by(k) {}
-    KEPS_INLINE u16x8 operator()(u16x8 x) const {
-        const auto wide = interleave<Kep32s>(x, nothing<Kep16u>());
-        return narrowUnsigned(wide.lo << by, wide.hi << by);
-    }
-};
-
 // The limit of x's sign.
 template <class T>
 KEPS_INLINE int128<T> limitOf(int128<T> x) {
@@ -112,7 +112,10 @@ struct Bound {
     explicit Bound(int) {}
     template <OneVector... V>
     KEPS_INLINE auto operator()(V... x) const {
-        return bound(Op::plain(x...));
+        if constexpr (requires { Op::bounded(x...); })
+            return Op::bounded(x...);
+        else
+            return bound(Op::plain(x...));
     }
 };
 
@@ -129,10 +132,31 @@ KEPS_INLINE KepStatus byClass(int s, const Run &run) {
 template <class T>
 inline constexpr int lanesOf = 32 / static_cast<int>(sizeof(T));
 
-// The kernels. They hold no 256-bit arguments, so they need not be inlined.
+// Rules whose stores are not what holds them up: halves of a block that leave one by one spare
+// them an instruction. Light ones, a saturating sum and no more, are held up by stores.
+template <class Rule>
+struct Heavy : Rule {
+    using separateHalves = void;
+};
+template <class Rule>
+struct WeightOf {
+    using type = Heavy<Rule>;
+};
+template <class Op>
+requires requires {
+    typename Op::light;
+}
+struct WeightOf<Plain<Op>> {
+    using type = Plain<Op>;
+};
+template <class Rule>
+using Weighed = typename WeightOf<Rule>::type;
+
+// The kernels: a block of two vectors a round. They hold no 256-bit arguments, so they need not be
+// inlined.
 template <class Rule, class To, class... From>
 [[gnu::noinline]] KepStatus mapArrays(int s, size n, To *dst, const From *...src) {
-    map<lanesOf<To>, 2>(n, Rule(s), dst, src...);
+    map<lanesOf<To>, 1>(n, Weighed<Rule>{Rule(s)}, dst, src...);
     return kepStatusOk;
 }
 
@@ -151,7 +175,7 @@ struct RuleWithFirst {
 };
 template <template <class, class> class Bind, class Rule, class T, class V>
 [[gnu::noinline]] KepStatus mapWithConstant(int s, V constant, size n, T *dst, const T *src) {
-    map<lanesOf<T>, 2>(n, Bind<Rule, V>{Rule(s), constant}, dst, src);
+    map<lanesOf<T>, 1>(n, Heavy<Bind<Rule, V>>{Bind<Rule, V>{Rule(s), constant}}, dst, src);
     return kepStatusOk;
 }
 

@@ -129,6 +129,11 @@ void addIntegers(const std::string &type, std::int64_t n, Scaled<T> add, Scaled<
 }
 
 const bench::Family family("arith", [] {
+    // A call's fixed cost.
+    addMap<float, float>(
+        "arith", "kepsMulC_32f", 8, "plain loop",
+        [](const float *a, float *d, int len) { kepsMulC_32f(a, 0.5F, d, len); },
+        [](const float *a, float *d, int len) { peer::mulC(a, 0.5F, d, len); });
     for (const std::int64_t n : lengths) {
 #define FLOATS(t)                                                                                  \
     addFloats<Kep##t>(#t, n, kepsAdd_##t, kepsMul_##t, kepsAddC_##t, kepsMulC_##t,                 \
@@ -137,6 +142,8 @@ const bench::Family family("arith", [] {
         FLOATS(64f)
         FLOATS(32fc)
         FLOATS(64fc)
+        addMap<float, float, float>("arith", "kepsMulPerm_32f", n, "plain loop", kepsMulPerm_32f,
+                                    peer::mulPerm);
 #ifdef KEPS_PEER_VOLK
         addVolk(n);
 #endif

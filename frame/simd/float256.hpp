@@ -201,15 +201,12 @@ KEPS_INLINE f32x8 doubled(f32x4 x) {
 
 // Complex product of pairs (real, imaginary), in the library's one order of arithmetic:
 // t1 = re(b) * a, t2 = im(b) * swapped(a), real part t1 - t2, imaginary part t1 + t2. 6 uops.
-// The doublings of b are left to memory operands: some processors make them while loading.
 KEPS_INLINE f32x8 complexMul(f32x8 a, f32x8 b) {
-    a = inRegister(a);
     const __m256 t1 = _mm256_mul_ps(_mm256_moveldup_ps(b.v), a.v);
     const __m256 t2 = _mm256_mul_ps(_mm256_movehdup_ps(b.v), _mm256_permute_ps(a.v, 0xB1));
     return {_mm256_addsub_ps(t1, t2)};
 }
 KEPS_INLINE f64x4 complexMul(f64x4 a, f64x4 b) {
-    a = inRegister(a);
     const __m256d t1 = _mm256_mul_pd(_mm256_movedup_pd(b.v), a.v);
     const __m256d t2 = _mm256_mul_pd(_mm256_permute_pd(b.v, 0xF), _mm256_permute_pd(a.v, 0x5));
     return {_mm256_addsub_pd(t1, t2)};
@@ -218,13 +215,11 @@ KEPS_INLINE f64x4 complexMul(f64x4 a, f64x4 b) {
 // a * conj(b) of pairs: real part re(a) re(b) + im(a) im(b), imaginary part re(b) im(a) - re(a)
 // im(b). A subtraction is an addition of the negated term, bit for bit.
 KEPS_INLINE f32x8 complexMulConj(f32x8 a, f32x8 b) {
-    a = inRegister(a);
     const __m256 t1 = _mm256_mul_ps(_mm256_moveldup_ps(b.v), a.v);
     const __m256 t2 = _mm256_mul_ps(_mm256_movehdup_ps(b.v), _mm256_permute_ps(a.v, 0xB1));
     return {_mm256_addsub_ps(t1, _mm256_xor_ps(t2, _mm256_set1_ps(-0.0F)))};
 }
 KEPS_INLINE f64x4 complexMulConj(f64x4 a, f64x4 b) {
-    a = inRegister(a);
     const __m256d t1 = _mm256_mul_pd(_mm256_movedup_pd(b.v), a.v);
     const __m256d t2 = _mm256_mul_pd(_mm256_permute_pd(b.v, 0xF), _mm256_permute_pd(a.v, 0x5));
     return {_mm256_addsub_pd(t1, _mm256_xor_pd(t2, _mm256_set1_pd(-0.0)))};
