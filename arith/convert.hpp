@@ -100,33 +100,13 @@ KEPS_INLINE KepStatus withRounding(int rndMode, const Run &run) {
 }
 
 // To integers of To: the maximum by min, the minimum and NaN by the conversion and the narrowing.
-// The float of the largest 32-bit integer is 2^31, which does not fit: there the lanes that reach
-// it, now 0x80000000, are complemented.
-template <class To, class V>
-KEPS_INLINE V below(V x) {
-    constexpr bool fits = !(std::is_same_v<V, f32x8> && std::is_same_v<To, std::int32_t>);
-    return fits ? min(splat<V>(static_cast<typename V::element>(std::numeric_limits<To>::max())), x)
-                : x;
-}
-template <class To, class Integers, class V>
-KEPS_INLINE auto saturated(Integers rounded, V x) {
-    if constexpr (std::is_same_v<V, f32x8> && std::is_same_v<To, std::int32_t>) {
-        const __m256 reaches = _mm256_cmp_ps(x.v, _mm256_set1_ps(0x1p31F), _CMP_GE_OQ);
-        const __m256i mask = _mm256_castps_si256(reaches);
-        return two<i32x4>{{_mm_xor_si128(rounded.lo.v, _mm256_castsi256_si128(mask))},
-                          {_mm_xor_si128(rounded.hi.v, _mm256_extractf128_si256(mask, 1))}};
-    } else {
-        return narrowTo<To>(rounded);
-    }
-}
-
 template <class To, class Scaling, class Rounding>
 struct ToInteger {
     Scaling scale;
     template <class V>
     KEPS_INLINE auto operator()(V x) const {
-        const V bounded = below<To>(scale(x));
-        return saturated<To>(Rounding::round(bounded), bounded);
+        constexpr auto most = static_cast<typename V::element>(std::numeric_limits<To>::max());
+        return narrowTo<To>(Rounding::round(min(splat<V>(most), scale(x))));
     }
 };
 

@@ -3,10 +3,10 @@
 // conversion overflows.
 #pragma once
 
+#include "arith/widths.hpp"
 #include "frame/entry.hpp"
 #include "frame/fpstate.hpp"
 #include "frame/simd/math256.hpp"
-#include "frame/simd/shapes.hpp"
 
 namespace keps {
 
@@ -20,19 +20,6 @@ KEPS_INLINE two<i32x4> widened(u16x8 x) {
 // The lower eight.
 KEPS_INLINE two<i32x4> widened(u8x16 x) {
     return {{_mm_cvtepu8_epi32(x.v)}, {_mm_cvtepu8_epi32(_mm_srli_si128(x.v, 4))}};
-}
-
-// Back to eight elements, with saturation.
-template <class T>
-KEPS_INLINE int128<T> narrowed(two<i32x4> x) {
-    if constexpr (std::is_same_v<T, std::int16_t>)
-        return narrowSaturated(x.lo, x.hi);
-    else if constexpr (std::is_same_v<T, std::uint16_t>)
-        return {_mm_packus_epi32(x.lo.v, x.hi.v)};
-    else {
-        const __m128i words = _mm_packs_epi32(x.lo.v, x.hi.v);
-        return {_mm_packus_epi16(words, words)};
-    }
 }
 
 template <class T>

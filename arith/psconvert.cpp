@@ -40,6 +40,21 @@ KEPS_INLINE KepStatus convert(const From *src, To *dst, std::int32_t len, const 
     return kepStatusOk;
 }
 
+// Arrays of 32-bit integers are read as the bits of floats, a whole vector at a time.
+struct IntegerBits {
+    KEPS_INLINE f32x8 operator()(f32x8 x) const {
+        return {_mm256_cvtepi32_ps(_mm256_castps_si256(x.v))};
+    }
+};
+template <class Scaling>
+struct ScaledIntegerBits {
+    Scaling scale;
+    KEPS_INLINE f32x8 operator()(f32x8 x) const { return scale(IntegerBits{}(x)); }
+};
+const float *bitsOf(const Kep32s *p) {
+    return reinterpret_cast<const float *>(p);
+}
+
 // Widened, then scaled in float.
 template <class V, class Scaling>
 struct ToScaledFloat {
@@ -107,7 +122,7 @@ KepStatus kepsConvert_8u32f(const Kep8u *src, Kep32f *dst, int32_t len) { return
 KepStatus kepsConvert_16s32s(const Kep16s *src, Kep32s *dst, int32_t len) { return convert<8, 4>(src, dst, len, Widen16sTo32s{}); }
 KepStatus kepsConvert_16s32f(const Kep16s *src, Kep32f *dst, int32_t len) { return convert<8, 4>(src, dst, len, Widen<f32x8>{}); }
 KepStatus kepsConvert_16u32f(const Kep16u *src, Kep32f *dst, int32_t len) { return convert<8, 4>(src, dst, len, Widen<f32x8>{}); }
-KepStatus kepsConvert_32s32f(const Kep32s *src, Kep32f *dst, int32_t len) { return convert<8, 4>(src, dst, len, Widen<f32x8>{}); }
+KepStatus kepsConvert_32s32f(const Kep32s *src, Kep32f *dst, int32_t len) { return convert<8, 4>(bitsOf(src), dst, len, IntegerBits{}); }
 KepStatus kepsConvert_32s64f(const Kep32s *src, Kep64f *dst, int32_t len) { return convert<4, 4>(src, dst, len, Widen<f64x4>{}); }
 KepStatus kepsConvert_32f64f(const Kep32f *src, Kep64f *dst, int32_t len) { return convert<4, 4>(src, dst, len, FloatToDouble{}); }
 KepStatus kepsConvert_64f32f(const Kep64f *src, Kep32f *dst, int32_t len) { return convert<4, 4>(src, dst, len, DoubleToFloat{}); }
@@ -116,9 +131,14 @@ KepStatus kepsConvert_8s8u(const Kep8s *src, Kep8u *dst, int32_t len) { return c
 
 KepStatus kepsConvert_16s32f_Sfs(const Kep16s *src, Kep32f *dst, int32_t len, int scaleFactor) { return toScaledFloat<f32x8>(src, dst, len, scaleFactor); }
 KepStatus kepsConvert_16s64f_Sfs(const Kep16s *src, Kep64f *dst, int32_t len, int scaleFactor) { return toScaledFloat<f64x4>(src, dst, len, scaleFactor); }
-KepStatus kepsConvert_32s32f_Sfs(const Kep32s *src, Kep32f *dst, int32_t len, int scaleFactor) { return toScaledFloat<f32x8>(src, dst, len, scaleFactor); }
 KepStatus kepsConvert_32s64f_Sfs(const Kep32s *src, Kep64f *dst, int32_t len, int scaleFactor) { return toScaledFloat<f64x4>(src, dst, len, scaleFactor); }
 // clang-format on
+
+KepStatus kepsConvert_32s32f_Sfs(const Kep32s *src, Kep32f *dst, int32_t len, int scaleFactor) {
+    return withScaling<float>(scaleFactor, [&]<class Scaling>(Scaling scale) {
+        return convert<8, 2>(bitsOf(src), dst, len, ScaledIntegerBits<Scaling>{scale});
+    });
+}
 
 KepStatus kepsConvert_8u8s_Sfs(const Kep8u *src, Kep8s *dst, int32_t len, int rndMode,
                                int scaleFactor) {

@@ -61,60 +61,72 @@ struct Narrow64 {
     }
 };
 
-// One element times 2^-scaleFactor as a double: 0 where the product would be subnormal, an infinity
-// where it would overflow.
-struct ByPower64 {
-    double power, guard;
-    bool isShrinking;
-
-    explicit ByPower64(int scaleFactor) : isShrinking(scaleFactor > 0) {
-        constexpr double smallest = 2.2250738585072014e-308, largest = 1.7976931348623157e308;
-        // At 1074 every finite value is 0; from -1024 on every one but 0 is beyond all bounds.
-        const int s = scaleFactor > 1074 ? 1074 : (scaleFactor < -1024 ? -1024 : scaleFactor);
-        power =
-            s == -1024 ? __builtin_inf() : powerOf<double>(-s / 2) * powerOf<double>(-s - -s / 2);
-        guard = (isShrinking ? smallest : largest) / power;
-    }
-    KEPS_INLINE double operator()(double x) const {
-        const double magnitude = __builtin_fabs(x);
-        if (isShrinking) return magnitude <= guard ? 0 : x * power;
-        if (x != 0 && magnitude >= guard) return __builtin_copysign(__builtin_inf(), x);
-        return x == 0 ? x : x * power;
+// Times 2^-scaleFactor. Shrinking, values whose product would be subnormal become 0 ahead of it;
+// growing, 0 stays 0 by an infinite power too.
+struct Shrinking64 {
+    double power;
+    KEPS_INLINE f64x4 operator()(f64x4 x) const {
+        const f64x4 guard = splat<f64x4>(0x1p-1022 / power);
+        const f64x4 magnitude = without(x, splat<f64x4>(-0.0));
+        return (x & notLessEqual(magnitude, guard)) * splat<f64x4>(power);
     }
 };
-struct Unscaled64 {
-    KEPS_INLINE double operator()(double x) const { return x; }
+struct Growing64 {
+    double power;
+    KEPS_INLINE f64x4 operator()(f64x4 x) const {
+        return without(x * splat<f64x4>(power), equal(x, zero<f64x4>()));
+    }
 };
 
-// What does not fit becomes 0x8000000000000000, NaN too.
-KEPS_INLINE Kep64s truncated(__m128d x) {
-    return _mm_cvttsd_si64(x);
+// 2^-scaleFactor: at 1074 every finite value becomes 0, from -1024 on every one but 0 is beyond all
+// bounds.
+KEPS_INLINE double clampedPower(int scaleFactor) {
+    if (scaleFactor <= -1024) return __builtin_inf();
+    const int s = scaleFactor > 1074 ? 1074 : scaleFactor;
+    return powerOf<double>(-s / 2) * powerOf<double>(-s - -s / 2);
 }
 
+// Rounding ahead of the truncation.
+template <int rndMode>
+KEPS_INLINE f64x4 roundedAhead(f64x4 x) {
+    if (rndMode == kepRoundNearest) return roundToNearest(x);
+    if (rndMode == kepRoundHalfAway) return x + ((x & splat<f64x4>(-0.0)) | splat<f64x4>(0.5));
+    return x;
+}
+
+KEPS_INLINE __m128i truncated(__m128d x) {
+    const auto low = _mm_cvttsd_si64(x), high = _mm_cvttsd_si64(_mm_unpackhi_pd(x, x));
+    return _mm_insert_epi64(_mm_cvtsi64_si128(low), high, 1);
+}
+
+// What does not fit becomes 0x8000000000000000, NaN too; lanes that reach 2^63 are complemented.
 template <class Scaling, int rndMode>
-[[gnu::noinline]] void toInteger64(const Kep64f *src, Kep64s *dst, size n, Scaling scale) {
-    for (size i = 0; i < n; ++i) {
-        const double p = scale(loadOne(src + i));
-        __m128d x = _mm_set_sd(p);
-        if (rndMode == kepRoundNearest)
-            x = _mm_round_sd(x, x, _MM_FROUND_TO_NEAREST_INT | _MM_FROUND_NO_EXC);
-        if (rndMode == kepRoundHalfAway) {
-            const __m128d sign = _mm_and_pd(x, _mm_set_sd(-0.0));
-            x = _mm_add_sd(x, _mm_or_pd(sign, _mm_set_sd(0.5)));
-        }
-        storeOne(dst + i, p >= 0x1p63 ? INT64_MAX : truncated(x));
+struct ToInteger64 {
+    Scaling scale;
+    KEPS_INLINE two<i64x2> operator()(f64x4 x) const {
+        const f64x4 p = scale(x);
+        const __m256d r = roundedAhead<rndMode>(p).v;
+        const __m256i reaches =
+            _mm256_castpd_si256(_mm256_cmp_pd(p.v, _mm256_set1_pd(0x1p63), _CMP_GE_OQ));
+        return {
+            {_mm_xor_si128(truncated(_mm256_castpd256_pd128(r)), _mm256_castsi256_si128(reaches))},
+            {_mm_xor_si128(truncated(_mm256_extractf128_pd(r, 1)),
+                           _mm256_extractf128_si256(reaches, 1))}};
     }
+};
+
+template <int rndMode, class Scaling>
+[[gnu::noinline]] void toInteger64(const Kep64f *src, Kep64s *dst, size n, Scaling scale) {
+    map<4, 1>(n, ToInteger64<Scaling, rndMode>{scale}, dst, src);
 }
 
 template <class Scaling>
 KEPS_INLINE void toInteger64(const Kep64f *src, Kep64s *dst, size n, int rndMode, Scaling scale) {
-    if (rndMode == kepRoundTowardZero)
-        return toInteger64<Scaling, kepRoundTowardZero>(src, dst, n, scale);
-    if (rndMode == kepRoundNearest)
-        return toInteger64<Scaling, kepRoundNearest>(src, dst, n, scale);
+    if (rndMode == kepRoundTowardZero) return toInteger64<kepRoundTowardZero>(src, dst, n, scale);
+    if (rndMode == kepRoundNearest) return toInteger64<kepRoundNearest>(src, dst, n, scale);
     // The sum with one half is a double's.
     const RoundingScope scope(roundNearest);
-    toInteger64<Scaling, kepRoundHalfAway>(src, dst, n, scale);
+    toInteger64<kepRoundHalfAway>(src, dst, n, scale);
 }
 
 } // namespace
@@ -156,8 +168,10 @@ KepStatus kepsConvert_64f64s_Sfs(const Kep64f *src, Kep64s *dst, int32_t len, in
     if (len == 0) return kepStatusBadLength;
     const size n = static_cast<std::uint32_t>(len);
     if (scaleFactor == 0)
-        toInteger64(src, dst, n, rndMode, Unscaled64{});
+        toInteger64(src, dst, n, rndMode, Unscaled{});
+    else if (scaleFactor > 0)
+        toInteger64(src, dst, n, rndMode, Shrinking64{clampedPower(scaleFactor)});
     else
-        toInteger64(src, dst, n, rndMode, ByPower64(scaleFactor));
+        toInteger64(src, dst, n, rndMode, Growing64{clampedPower(scaleFactor)});
     return kepStatusOk;
 }

@@ -6,6 +6,23 @@ using namespace keps;
 
 namespace {
 
+// 32-bit integers stay in their 256-bit vector, as the bits of one of floats. The float of the
+// largest is 2^31, which does not fit: lanes that reach it, now 0x80000000, are complemented.
+template <class Scaling, class Rounding>
+struct ToInteger32 {
+    Scaling scale;
+    KEPS_INLINE f32x8 operator()(f32x8 x) const {
+        const f32x8 scaled = scale(x);
+        const f32x8 reaches{_mm256_cmp_ps(scaled.v, _mm256_set1_ps(0x1p31F), _CMP_GE_OQ)};
+        return bitsOfIntegers(Rounding::round(scaled)) ^ reaches;
+    }
+};
+
+template <class Scaling, class Rounding>
+[[gnu::noinline]] KepStatus toInteger(const Kep32f *src, Kep32s *dst, size n, Scaling scale) {
+    map<8, 2>(n, ToInteger32<Scaling, Rounding>{scale}, reinterpret_cast<float *>(dst), src);
+    return kepStatusOk;
+}
 template <class Scaling, class Rounding, class From, class To>
 [[gnu::noinline]] KepStatus toInteger(const From *src, To *dst, size n, Scaling scale) {
     map<32 / sizeof(From), 2>(n, ToInteger<To, Scaling, Rounding>{scale}, dst, src);

@@ -20,7 +20,7 @@ template <class T>
 [[gnu::noinline]] int quotients(const T *src1, const T *src2, T *dst, size n) {
     constexpr int N = 32 / sizeof(T);
     const FloatQuotient<Block<T, N>> op{};
-    mapWatched<N, 2>(n, op, dst, src1, src2);
+    mapWatched<N, 4>(n, op, dst, src1, src2);
     return op.zeros.warning();
 }
 
@@ -38,44 +38,44 @@ KEPS_INLINE KepStatus divide(const T *src1, const T *src2, T *dst, std::int32_t 
 // Complex quotients. With divisor c + di and dividend a + bi: m = cc + dd, u = ca + db,
 // v = cb - da, and the result is (ur, vr) with r a reciprocal of m, NaN where m is 0.
 
-// (u, v) of the complex elements in a vector.
-KEPS_INLINE f32x8 timesConjugate(f32x8 dividend, f32x8 divisor) {
-    const __m256 c = _mm256_moveldup_ps(divisor.v);
-    const __m256 minusD = _mm256_xor_ps(_mm256_movehdup_ps(divisor.v), _mm256_set1_ps(-0.0F));
-    const __m256 ba = _mm256_permute_ps(dividend.v, 0xB1);
-    return {_mm256_addsub_ps(_mm256_mul_ps(c, dividend.v), _mm256_mul_ps(minusD, ba))};
-}
-KEPS_INLINE f64x4 timesConjugate(f64x4 dividend, f64x4 divisor) {
-    const __m256d c = _mm256_movedup_pd(divisor.v);
-    const __m256d minusD = _mm256_xor_pd(_mm256_permute_pd(divisor.v, 0xF), _mm256_set1_pd(-0.0));
-    const __m256d ba = _mm256_permute_pd(dividend.v, 0x5);
-    return {_mm256_addsub_pd(_mm256_mul_pd(c, dividend.v), _mm256_mul_pd(minusD, ba))};
-}
-
 constexpr std::uint64_t notANumber32 = 0x7FC00000, notANumber64 = 0x7FF8000000000000;
 
-// Eight elements. The magnitudes stand in the order 0 1 4 5 2 3 6 7, which the unpacking of their
-// reciprocals undoes. One Newton step on the processor's estimate gives 23 bits.
-KEPS_INLINE int quotients8(const float *divisor, const float *dividend, float *dst) {
-    const f32x8 under0 = load<f32x8>(divisor), under1 = load<f32x8>(divisor + 8);
-    const f32x8 sum0 = timesConjugate(load<f32x8>(dividend), under0);
-    const f32x8 sum1 = timesConjugate(load<f32x8>(dividend + 8), under1);
-    const f32x8 square0 = under0 * under0, square1 = under1 * under1;
-    f32x8 m{_mm256_hadd_ps(square0.v, square1.v)};
+// Real and imaginary parts of the elements in two vectors, lane by lane, and back: 2 instructions.
+template <class V>
+struct Parts {
+    V re, im;
+};
+KEPS_INLINE Parts<f32x8> partsOf(f32x8 a, f32x8 b) {
+    return {{_mm256_shuffle_ps(a.v, b.v, 0x88)}, {_mm256_shuffle_ps(a.v, b.v, 0xDD)}};
+}
+KEPS_INLINE Parts<f64x4> partsOf(f64x4 a, f64x4 b) {
+    return {{_mm256_unpacklo_pd(a.v, b.v)}, {_mm256_unpackhi_pd(a.v, b.v)}};
+}
+KEPS_INLINE void storeParts(float *p, Parts<f32x8> x) {
+    store(p, f32x8{_mm256_unpacklo_ps(x.re.v, x.im.v)});
+    store(p + 8, f32x8{_mm256_unpackhi_ps(x.re.v, x.im.v)});
+}
+KEPS_INLINE void storeParts(double *p, Parts<f64x4> x) {
+    store(p, f64x4{_mm256_unpacklo_pd(x.re.v, x.im.v)});
+    store(p + 4, f64x4{_mm256_unpackhi_pd(x.re.v, x.im.v)});
+}
+
+// Eight elements. One Newton step on the processor's estimate gives 23 bits.
+KEPS_INLINE int quotients8(const float *src1, const float *src2, float *dst) {
+    const auto [c, d] = partsOf(load<f32x8>(src1), load<f32x8>(src1 + 8));
+    const auto [a, b] = partsOf(load<f32x8>(src2), load<f32x8>(src2 + 8));
+    f32x8 m = c * c + d * d;
     const f32x8 isZero = equal(m, zero<f32x8>()), two = splat<f32x8>(2);
     m = m + (isZero & two);
     const f32x8 r0{_mm256_rcp_ps(m.v)};
     const f32x8 r = r0 * (two - m * r0);
-    f32x8 result0 = sum0 * f32x8{_mm256_unpacklo_ps(r.v, r.v)};
-    f32x8 result1 = sum1 * f32x8{_mm256_unpackhi_ps(r.v, r.v)};
+    Parts<f32x8> result{(c * a + d * b) * r, (c * b - d * a) * r};
     const int warning = signs(isZero) != 0;
     if (warning) [[unlikely]] {
         const f32x8 nan = splatBits<f32x8>(notANumber32);
-        result0 = select({_mm256_unpacklo_ps(isZero.v, isZero.v)}, result0, nan);
-        result1 = select({_mm256_unpackhi_ps(isZero.v, isZero.v)}, result1, nan);
+        result = {select(isZero, result.re, nan), select(isZero, result.im, nan)};
     }
-    store(dst, result0);
-    store(dst + 8, result1);
+    storeParts(dst, result);
     return warning;
 }
 
@@ -119,15 +119,16 @@ KEPS_INLINE double reciprocalInPair(double m, double other) {
     return product == 0 ? 1.0 / m : other * (1.0 / product);
 }
 
-// Four elements, two pairs. The magnitudes stand in the order 0 2 1 3, so swapping the halves
-// gives each its partner.
+// Four elements, two pairs. They stand in the order 0 2 1 3, so swapping the halves gives each
+// magnitude its partner.
 KEPS_INLINE int quotients4(const Kep64fc *src1, const Kep64fc *src2, Kep64fc *dst) {
     const auto *divisor = reinterpret_cast<const double *>(src1);
     const auto *dividend = reinterpret_cast<const double *>(src2);
     const f64x4 under0 = load<f64x4>(divisor), under1 = load<f64x4>(divisor + 4);
     const f64x4 over0 = load<f64x4>(dividend), over1 = load<f64x4>(dividend + 4);
-    const f64x4 square0 = under0 * under0, square1 = under1 * under1;
-    const f64x4 m{_mm256_hadd_pd(square0.v, square1.v)};
+    const auto [c, d] = partsOf(under0, under1);
+    const auto [a, b] = partsOf(over0, over1);
+    const f64x4 m = c * c + d * d;
     const f64x4 partner{_mm256_permute2f128_pd(m.v, m.v, 1)};
     const __m128d product =
         _mm_mul_pd(_mm256_castpd256_pd128(m.v), _mm256_castpd256_pd128(partner.v));
@@ -149,9 +150,8 @@ KEPS_INLINE int quotients4(const Kep64fc *src1, const Kep64fc *src2, Kep64fc *ds
     }
     const __m128d q = _mm_div_pd(_mm_set1_pd(1), product);
     const f64x4 r{_mm256_mul_pd(partner.v, _mm256_set_m128d(q, q))};
-    auto *to = reinterpret_cast<double *>(dst);
-    store(to, timesConjugate(over0, under0) * f64x4{_mm256_unpacklo_pd(r.v, r.v)});
-    store(to + 4, timesConjugate(over1, under1) * f64x4{_mm256_unpackhi_pd(r.v, r.v)});
+    storeParts(reinterpret_cast<double *>(dst),
+               Parts<f64x4>{(c * a + d * b) * r, (c * b - d * a) * r});
     return 0;
 }
 

@@ -22,18 +22,24 @@ private:
     unsigned old;
 };
 
-// sin and cos of |r| up to 1.62, by their series up to terms below 2^-70.
 struct SineCosine {
     long double sine, cosine;
 };
-SineCosine series(long double r) {
+// By the series of sine and cosine up to terms below 2^-70, for |r| up to pi/4 and a little.
+SineCosine sineCosine(double x) {
+    long double r;
+    const int quarter = ownsReducePi(x, &r);
     const long double s = -r * r;
     long double sine = 1, cosine = 1;
-    for (int k = 28; k >= 2; k -= 2) {
+    for (int k = 20; k >= 2; k -= 2) {
         sine = 1 + sine * s / static_cast<long double>(k * (k + 1));
         cosine = 1 + cosine * s / static_cast<long double>(k * (k - 1));
     }
-    return {r * sine, cosine};
+    sine *= r;
+    if (quarter == 0) return {sine, cosine};
+    if (quarter == 1) return {cosine, -sine};
+    if (quarter == 2) return {-sine, -cosine};
+    return {-cosine, sine};
 }
 
 } // namespace
@@ -41,12 +47,12 @@ SineCosine series(long double r) {
 int ownsReducePi(double x, long double *rest) {
     // The stored digits give the multiple of pi/32 modulo a turn, and what is left in two parts.
     const HugeAngle angle = reduceHuge(x);
-    const int halves = (angle.n + 16) >> 5; // whole multiples of pi, nearest
-    const int steps = angle.n - 32 * halves;
+    const int quarters = (angle.n + 8) >> 4; // nearest
+    const int steps = angle.n - 16 * quarters;
     constexpr long double step = 0x1.921fb54442d1846ap-4L; // pi/32
     *rest = static_cast<long double>(steps) * step +
             (static_cast<long double>(angle.high) + static_cast<long double>(angle.low));
-    return halves & 1;
+    return quarters & 3;
 }
 
 void ownsSinCosHuge(double x, double *sine, double *cosine) {
@@ -55,19 +61,15 @@ void ownsSinCosHuge(double x, double *sine, double *cosine) {
         return;
     }
     const ExtendedPrecision scope;
-    long double r;
-    const int odd = ownsReducePi(x, &r);
-    const SineCosine at = series(r);
-    *sine = static_cast<double>(odd ? -at.sine : at.sine);
-    *cosine = static_cast<double>(odd ? -at.cosine : at.cosine);
+    const SineCosine at = sineCosine(x);
+    *sine = static_cast<double>(at.sine);
+    *cosine = static_cast<double>(at.cosine);
 }
 
 double ownsTanCotHuge(double x, int cotangent) {
     if (!(__builtin_fabs(x) <= __DBL_MAX__)) return x - x;
     const ExtendedPrecision scope;
-    long double r;
-    ownsReducePi(x, &r);
-    const SineCosine at = series(r);
+    const SineCosine at = sineCosine(x);
     return static_cast<double>(cotangent ? at.cosine / at.sine : at.sine / at.cosine);
 }
 

@@ -26,7 +26,7 @@ struct ScaledSquare {
     }
     KEPS_INLINE int128<T> operator()(int128<T> x) const {
         const two<i32x4> wide = widened(x);
-        return narrowed<T>({scaled(wide.lo), scaled(wide.hi)});
+        return narrowTo<T>(two<i32x4>{scaled(wide.lo), scaled(wide.hi)});
     }
 };
 

@@ -167,7 +167,7 @@ struct ScaledRoot {
         const two<i32x4> wide = widened(x);
         const f32x8 v = max(toFloat(wide.lo, wide.hi), zero<f32x8>());
         const auto most = static_cast<float>(largest<T>);
-        return narrowed<T>(nearestInt(min(root(v) * splat<f32x8>(power), splat<f32x8>(most))));
+        return narrowTo<T>(nearestInt(min(root(v) * splat<f32x8>(power), splat<f32x8>(most))));
     }
 };
 // The root's two parts of four values, re, im, re, im: below 2^8 before scaling.

@@ -15,8 +15,8 @@ OWN_FN(double, kepsLogOne, (double x));
 OWN_FN(double, kepsAtan2One, (double y, double x));
 OWN_FN(double, kepsPowOne, (double x, double y));
 
-// x of 2^16 or more less a multiple of pi, in extended precision, within a quarter turn and a
-// little; the multiple's parity.
+// x of 2^16 or more less a multiple of pi/2, in extended precision, to pi/4 and a little; the
+// multiple modulo 4.
 OWN_FN(int, ownsReducePi, (double x, long double *rest));
 // For such x, or infinity and NaN, which give NaN.
 OWN_FN(void, ownsSinCosHuge, (double x, double *sine, double *cosine));

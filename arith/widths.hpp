@@ -35,6 +35,11 @@ struct Widen<f64x4> {
     KEPS_INLINE f64x4 operator()(i32x4 x) const { return toDouble(x); }
 };
 
+// Eight 32-bit integers as the bits of a float vector: no instruction where they come from one.
+KEPS_INLINE f32x8 bitsOfIntegers(two<i32x4> x) {
+    return {_mm256_castsi256_ps(_mm256_set_m128i(x.hi.v, x.lo.v))};
+}
+
 // narrowTo<T>(x): 32-bit integers saturated to T's range; the most negative integer becomes T's
 // minimum.
 template <class T>

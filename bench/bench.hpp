@@ -18,6 +18,8 @@ struct Case {
     std::function<void()> theirs; // one call of the peer's
     // True when both, called once each, gave the same result within the case's tolerance.
     std::function<bool()> agree;
+    // True for cases that compare numbers of threads: they run on all cores.
+    bool isThreaded = false;
 };
 
 // Adds a case; it owns its buffers through its actions' captures. Call it from a registrar:

@@ -124,7 +124,6 @@ struct Fftw32 {
     using Plan = fftwf_plan;
     using C = fftwf_complex;
     static constexpr auto allocate = fftwf_malloc;
-    static constexpr auto free = fftwf_free;
     static constexpr auto execute = fftwf_execute;
     static constexpr auto forward = fftwf_plan_dft_r2c_1d;
     static constexpr auto inverse = fftwf_plan_dft_c2r_1d;
@@ -137,7 +136,6 @@ struct Fftw64 {
     using Plan = fftw_plan;
     using C = fftw_complex;
     static constexpr auto allocate = fftw_malloc;
-    static constexpr auto free = fftw_free;
     static constexpr auto execute = fftw_execute;
     static constexpr auto forward = fftw_plan_dft_r2c_1d;
     static constexpr auto inverse = fftw_plan_dft_c2r_1d;

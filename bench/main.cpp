@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "bench.hpp"
+#include "kepcore.h"
 
 namespace {
 
@@ -44,7 +45,22 @@ double median(std::vector<double> values) {
     return *middle;
 }
 
+// All cores for a threaded case, the one that the bench is pinned to for any other.
+class Cores {
+public:
+    explicit Cores(bool isThreaded) {
+        sched_getaffinity(0, sizeof before, &before);
+        if (isThreaded) sched_setaffinity(0, sizeof allCores, &allCores);
+    }
+    ~Cores() { sched_setaffinity(0, sizeof before, &before); }
+    static inline cpu_set_t allCores;
+
+private:
+    cpu_set_t before;
+};
+
 void run(benchmark::State &state, const bench::Case &c) {
+    const Cores cores(c.isThreaded);
     if (c.agree && !c.agree()) {
         state.SkipWithError("results differ from the peer's");
         return;
@@ -104,6 +120,7 @@ private:
 };
 
 void pinToOneCore() {
+    sched_getaffinity(0, sizeof Cores::allCores, &Cores::allCores);
     cpu_set_t set;
     CPU_ZERO(&set);
     CPU_SET(sched_getcpu(), &set);
@@ -138,6 +155,7 @@ int main(int count, char **arguments) {
         if (chosen.empty() || std::find(chosen.begin(), chosen.end(), name) != chosen.end())
             for (const auto adder : adders) adder();
     pinToOneCore();
+    kepSetNumThreads(1); // threaded cases set their own
     for (std::size_t i = 0; i < cases().size(); ++i) {
         const bench::Case &c = cases()[i];
         constexpr int pairs = 41;

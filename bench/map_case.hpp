@@ -1,6 +1,7 @@
 // Cases of functions that make an array from arrays of the same length.
 #pragma once
 
+#include <cmath>
 #include <cstdlib>
 #include <cstring>
 #include <memory>
@@ -59,7 +60,18 @@ bool closeParts(const R *a, const R *b, std::int64_t parts) {
     return true;
 }
 
-enum class Agreement { bits, close, none };
+// Complex results within a part in 10^4 of their size: quotients by reciprocal estimates.
+template <class T>
+bool closeComplex(const T *a, const T *b, std::int64_t n) {
+    for (std::int64_t i = 0; i < n; ++i) {
+        const double bound = 1e-4 * (std::abs(a[i].re) + std::abs(a[i].im));
+        if (!(std::abs(a[i].re - b[i].re) <= bound && std::abs(a[i].im - b[i].im) <= bound))
+            return false;
+    }
+    return true;
+}
+
+enum class Agreement { bits, close, closeQuotient, none };
 
 // ours and theirs are called as f(src..., dst, n).
 template <class To, class... From, class Ours, class Theirs>
@@ -86,6 +98,10 @@ void addMap(const std::string &family, const std::string &name, std::int64_t n,
                      return closeParts(reinterpret_cast<const R *>(a.data()),
                                        reinterpret_cast<const R *>(b.data()),
                                        n * static_cast<std::int64_t>(sizeof(To) / sizeof(R)));
+             }
+             if constexpr (harness::isComplex<To>) {
+                 if (agreement == Agreement::closeQuotient)
+                     return closeComplex(a.data(), b.data(), n);
              }
              return sameBits(a, b, n);
          }});

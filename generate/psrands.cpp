@@ -88,27 +88,42 @@ struct Four {
     }
 };
 
-// n steps, 1 to block, into r, which has room for a multiple of four. The differences run through
-// one array, so that the chain from step to step is a sum, a shift and what the borrow takes off.
+// One step: the difference of the middle and the oldest value less the borrow takes the oldest
+// one's place. The value below the borrow's 18 is formed beside the plain one, so that the chain
+// from step to step is two sums and a choice.
+KEPS_INLINE void step(std::uint32_t &oldest, std::uint32_t middle, std::int32_t &borrow) {
+    const std::uint32_t difference = middle - oldest, less = static_cast<std::uint32_t>(borrow);
+    const auto plain = static_cast<std::int32_t>(difference + less);
+    const auto taken = static_cast<std::int32_t>(difference - 18 + less);
+    borrow = plain >> 31;
+    oldest = static_cast<std::uint32_t>(plain < 0 ? taken : plain);
+}
+
+// n steps, 1 to block, into r, which has room for a multiple of four.
 KEPS_INLINE void draw(Generator &g, std::int32_t *r, size n) {
     std::uint32_t h[block + 3];
-    h[0] = g.swb2;
-    h[1] = g.swb1;
-    h[2] = g.swb0;
+    std::uint32_t a = h[0] = g.swb2, b = h[1] = g.swb1, c = h[2] = g.swb0;
     std::int32_t borrow = g.borrow;
-    std::uint32_t older = h[0], old = h[1], young = h[2];
-    for (size i = 0; i < n; ++i) {
-        const auto t = static_cast<std::int32_t>(old - older + static_cast<std::uint32_t>(borrow));
-        borrow = t >> 31;
-        const auto v = static_cast<std::uint32_t>(t) + (static_cast<std::uint32_t>(borrow) & -18U);
-        h[i + 3] = v;
-        older = old;
-        old = young;
-        young = v;
+    size at = 0;
+    for (; at + 3 <= n; at += 3) {
+        step(a, b, borrow);
+        h[at + 3] = a;
+        step(b, c, borrow);
+        h[at + 4] = b;
+        step(c, a, borrow);
+        h[at + 5] = c;
     }
-    g.swb2 = older;
-    g.swb1 = old;
-    g.swb0 = young;
+    if (at < n) {
+        step(a, b, borrow);
+        h[at + 3] = a;
+        if (at + 1 < n) {
+            step(b, c, borrow);
+            h[at + 4] = b;
+        }
+    }
+    g.swb2 = h[n];
+    g.swb1 = h[n + 1];
+    g.swb0 = h[n + 2];
     g.borrow = borrow;
     Four lcg(g.lcg);
     std::uint32_t last = g.lcg;
@@ -175,23 +190,35 @@ KepStatus fillUniform(T *dst, int32_t len, KepRandUniformState *state) {
 
 // Accepted pairs: points of the unit disc but for its centre.
 struct Pairs {
-    alignas(32) double u1[block / 2 + 4], u2[block / 2 + 4], f[block / 2 + 4];
+    alignas(32) double u1[block / 2 + 8], u2[block / 2 + 8], f[block / 2 + 8];
     size count;
 };
 
 // Draws n pairs, 1 to block / 2, and keeps the accepted ones with f = sqrt(-2 ln(s) / s).
 void drawPairs(Generator &g, Pairs &p, size n) {
-    std::int32_t r[block + 4];
+    std::int32_t r[block + 8];
     draw(g, r, 2 * n);
+    const f64x4 unit = splat<f64x4>(0x1p-31);
     size count = 0;
-    for (size k = 0; k < n; ++k) {
-        const double a = static_cast<double>(r[2 * k]) * 0x1p-31;
-        const double b = static_cast<double>(r[2 * k + 1]) * 0x1p-31;
-        const double s = a * a + b * b;
-        p.u1[count] = a;
-        p.u2[count] = b;
-        p.f[count] = s;
-        count += !(s >= 1) & !(s == 0);
+    for (size k = 0; k < n; k += 4) {
+        const f64x4 first = fourDoubles(r + 2 * k) * unit;
+        const f64x4 second = fourDoubles(r + 2 * k + 4) * unit;
+        const __m256d low = _mm256_permute2f128_pd(first.v, second.v, 0x20);
+        const __m256d high = _mm256_permute2f128_pd(first.v, second.v, 0x31);
+        const f64x4 u1 = {_mm256_unpacklo_pd(low, high)}, u2 = {_mm256_unpackhi_pd(low, high)};
+        const f64x4 s = u1 * u1 + u2 * u2;
+        const unsigned good = signs(less(s, splat<f64x4>(1)) & notLessEqual(s, zero<f64x4>())) &
+                              (n - k < 4 ? (1U << (n - k)) - 1 : 15U);
+        alignas(32) double pair1[4], pair2[4], square[4];
+        storeAligned(pair1, u1);
+        storeAligned(pair2, u2);
+        storeAligned(square, s);
+        for (int j = 0; j < 4; ++j) {
+            p.u1[count] = pair1[j];
+            p.u2[count] = pair2[j];
+            p.f[count] = square[j];
+            count += good >> j & 1;
+        }
     }
     p.count = count;
     for (size k = count; k < count + 3; ++k) p.u1[k] = p.u2[k] = p.f[k] = 0.5;

@@ -15,7 +15,7 @@ one = lambda x: mpf(1)
 
 
 def parts(value, bits):
-    """value as a sum of constants of so many bits each; the last takes a full double."""
+    """value as a sum of positive constants of so many bits each: times 0 they leave a -0 its sign."""
     out = []
     for b in bits:
         out.append(truncated(value, b))
@@ -61,8 +61,8 @@ def trig():
         return sin(sqrt(s)) / sqrt(s) if s else mpf(1)
 
     weight = lambda s: 1 / sineq(s)
-    for name, kind, count in (("vssin_low", "float", 5), ("vssin_fast", "float", 4), ("vssin_high", "double", 6),
-                              ("vdsin_low", "double", 8), ("vdsin_fast", "double", 6)):
+    for name, kind, count in (("vssin_low", "float", 5), ("vssin_fast", "float", 3), ("vssin_high", "double", 6),
+                              ("vdsin_low", "double", 8), ("vdsin_fast", "double", 5)):
         c, e = fit(sineq, weight, 0, r * r, range(count), to_float if kind == "float" else to_double,
                    exact=(1,))
         h.poly(name, kind, c, "sin(r) / r in r^2, |r| to pi/2; relative error " + bound(e) + ".")
@@ -72,14 +72,14 @@ def trig():
         return cos(sqrt(s))
 
     for name, kind, sines, cosines in (("QuarterLow32", "float", 4, 4), ("QuarterFast32", "float", 3, 3),
-                                       ("QuarterLow64", "double", 7, 7), ("QuarterFast64", "double", 5, 5)):
+                                       ("QuarterLow64", "double", 7, 7), ("QuarterFast64", "double", 4, 5)):
         to = to_float if kind == "float" else to_double
         c, e = fit(sineq, weight, 0, r * r, range(sines), to, exact=(1,))
         h.poly("sin" + name, kind, c, "sin(r) / r in r^2, |r| to pi/4; relative error " + bound(e) + ".")
         c, e = fit(cosine, lambda s: 1 / cosine(s), 0, r * r, range(cosines), to, exact=(1,))
         h.poly("cos" + name, kind, c, "cos(r) in r^2, |r| to pi/4; relative error " + bound(e) + ".")
-    h.number("invPi", "double", to_double(1 / pi), "1/pi; pi in parts that an 11-bit multiplier leaves exact in float, a 16-bit one in double.")
-    for k, p in enumerate(parts(pi, (13, 13, 24))):
+    h.number("invPi", "double", to_double(1 / pi), "1/pi; pi in parts that an 8-bit multiplier leaves exact in float, a 16-bit one in double.")
+    for k, p in enumerate(parts(pi, (16, 16, 24))):
         h.number("piFloat%d" % (k + 1), "float", to_float(p))
     for k, p in enumerate(parts(pi, (37, 37, 53))):
         h.number("piDouble%d" % (k + 1), "double", p)

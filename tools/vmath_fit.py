@@ -21,11 +21,9 @@ def to_float(x):
 
 
 def truncated(x, bits):
-    """x rounded to so many significant bits."""
-    if x == 0:
-        return mpf(0)
+    """A positive x cut to so many significant bits."""
     m, e = mp.frexp(x)
-    return mp.nint(m * mpf(2) ** bits) * mpf(2) ** (e - bits)
+    return mp.floor(m * mpf(2) ** bits) * mpf(2) ** (e - bits)
 
 
 def on_grid(x, step):

@@ -135,13 +135,27 @@ KEPS_INLINE int run(const Element<K> *src1, const Element<K> *src2, Element<K> *
     return run<K>(from, to, len);
 }
 
-// c[0] + c[1] u + c[2] u^2 ..., by Horner's rule.
+// c[first] + c[first + step] u + c[first + 2 step] u^2 ..., by Horner's rule.
+template <int first, int step, class V, class T, std::size_t n>
+KEPS_INLINE V horner(V u, const T (&c)[n]) {
+    constexpr int terms = (static_cast<int>(n) - first + step - 1) / step;
+    V y = constant<V>(c[first + (terms - 1) * step]);
+    times<terms - 1>([&](int k) KEPS_INLINE_LAMBDA {
+        y = y * u + constant<V>(c[first + (terms - 2 - k) * step]);
+    });
+    return y;
+}
+
+// c[0] + c[1] u + c[2] u^2 ...; longer ones as two chains, even and odd, since a chain's latency and
+// not its operations is what a long one costs.
 template <class V, class T, std::size_t n>
 KEPS_INLINE V polynomial(V u, const T (&c)[n]) {
-    V y = constant<V>(c[n - 1]);
-    times<static_cast<int>(n) - 1>(
-        [&](int k) KEPS_INLINE_LAMBDA { y = y * u + constant<V>(c[static_cast<int>(n) - 2 - k]); });
-    return y;
+    if constexpr (n < 5) {
+        return horner<0, 1>(u, c);
+    } else {
+        const V u2 = u * u;
+        return horner<0, 2>(u2, c) + u * horner<1, 2>(u2, c);
+    }
 }
 
 // The rows of a table of 2 or 4 columns at four lanes' places, one vector a column.

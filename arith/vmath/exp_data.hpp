@@ -19,8 +19,8 @@ inline constexpr double vsexp_high[] = {0x1.0000000000000p+0, 0x1.000000000275dp
 inline constexpr float ln2Float1 = 0x1.62e4000000000p-1f;
 inline constexpr float ln2Float2 = 0x1.7f7d1c0000000p-20f;
 inline constexpr double expInvStep = 0x1.71547652b82fep+7;
-inline constexpr double expStep1 = 0x1.62e42fefc0000p-8;
-inline constexpr double expStep2 = -0x1.c610ca86c3899p-44;
+inline constexpr double expStep1 = 0x1.62e42fef80000p-8;
+inline constexpr double expStep2 = 0x1.1cf79abc9e3b3p-43;
 
 // (exp r - 1 - r) / r^2, |r| to ln(2)/256; error against 1 2^-52.5.
 inline constexpr double vdexp_low[] = {0x1.0000000000000p-1, 0x1.55555c76431b1p-3, 0x1.555558110b8dap-5};

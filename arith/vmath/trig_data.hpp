@@ -90,8 +90,8 @@ alignas(64) inline constexpr double vdsin_data[64][4] = {
 // sin(r) / r in r^2, |r| to pi/2; relative error 2^-27.3.
 inline constexpr float vssin_low[] = {0x1.0000000000000p+0f, -0x1.55554c0000000p-3f, 0x1.110eda0000000p-7f, -0x1.9f70ee0000000p-13f, 0x1.5dc8c20000000p-19f};
 
-// sin(r) / r in r^2, |r| to pi/2; relative error 2^-19.8.
-inline constexpr float vssin_fast[] = {0x1.0000000000000p+0f, -0x1.5551100000000p-3f, 0x1.10710e0000000p-7f, -0x1.84d8ec0000000p-13f};
+// sin(r) / r in r^2, |r| to pi/2; relative error 2^-12.8.
+inline constexpr float vssin_fast[] = {0x1.0000000000000p+0f, -0x1.543b500000000p-3f, 0x1.f5c2520000000p-8f};
 
 // sin(r) / r in r^2, |r| to pi/2; relative error 2^-35.3.
 inline constexpr double vssin_high[] = {0x1.0000000000000p+0, -0x1.555555475d7b5p-3, 0x1.11110c46b6c01p-7, -0x1.a017d87ca6d4bp-13, 0x1.717058a8ed703p-19, -0x1.9a64e2e61bde7p-26};
@@ -99,8 +99,8 @@ inline constexpr double vssin_high[] = {0x1.0000000000000p+0, -0x1.555555475d7b5
 // sin(r) / r in r^2, |r| to pi/2; relative error 2^-52.5.
 inline constexpr double vdsin_low[] = {0x1.0000000000000p+0, -0x1.55555555554a8p-3, 0x1.111111110a53ep-7, -0x1.a01a019a62ec9p-13, 0x1.71de3805bcba3p-19, -0x1.ae6355581ace8p-26, 0x1.60e6b13ab8172p-33, -0x1.9f1359ab98b0cp-41};
 
-// sin(r) / r in r^2, |r| to pi/2; relative error 2^-35.3.
-inline constexpr double vdsin_fast[] = {0x1.0000000000000p+0, -0x1.555555475d7b5p-3, 0x1.11110c46b6c01p-7, -0x1.a017d87ca6d4bp-13, 0x1.717058a8ed703p-19, -0x1.9a64e2e61bde7p-26};
+// sin(r) / r in r^2, |r| to pi/2; relative error 2^-27.3.
+inline constexpr double vdsin_fast[] = {0x1.0000000000000p+0, -0x1.55554bc347140p-3, 0x1.110ed29bc7405p-7, -0x1.9f6fd0bced98ep-13, 0x1.5dbb2827cb42ep-19};
 
 // sin(r) / r in r^2, |r| to pi/4; relative error 2^-27.9.
 inline constexpr float sinQuarterLow32[] = {0x1.0000000000000p+0f, -0x1.5555460000000p-3f, 0x1.1107740000000p-7f, -0x1.9951f00000000p-13f};
@@ -120,20 +120,20 @@ inline constexpr double sinQuarterLow64[] = {0x1.0000000000000p+0, -0x1.55555555
 // cos(r) in r^2, |r| to pi/4; relative error 2^-53.8.
 inline constexpr double cosQuarterLow64[] = {0x1.0000000000000p+0, -0x1.fffffffffff95p-2, 0x1.555555554ef8dp-5, -0x1.6c16c163f86ffp-10, 0x1.a019f80c957f1p-16, -0x1.27df3f9cc38d3p-22, 0x1.1b89b4dacdf09p-29};
 
-// sin(r) / r in r^2, |r| to pi/4; relative error 2^-37.5.
-inline constexpr double sinQuarterFast64[] = {0x1.0000000000000p+0, -0x1.5555554c6026dp-3, 0x1.1111085d2c492p-7, -0x1.a00f74533f8bdp-13, 0x1.6ccf58f078da7p-19};
+// sin(r) / r in r^2, |r| to pi/4; relative error 2^-28.0.
+inline constexpr double sinQuarterFast64[] = {0x1.0000000000000p+0, -0x1.5555450e3cfb4p-3, 0x1.110730d91de10p-7, -0x1.994056dcb4725p-13};
 
 // cos(r) in r^2, |r| to pi/4; relative error 2^-33.8.
 inline constexpr double cosQuarterFast64[] = {0x1.0000000000000p+0, -0x1.ffffffcb13fe7p-2, 0x1.55553c5125c90p-5, -0x1.6c07e1973a922p-10, 0x1.9912d623a13ddp-16};
 
-// 1/pi; pi in parts that an 11-bit multiplier leaves exact in float, a 16-bit one in double.
+// 1/pi; pi in parts that an 8-bit multiplier leaves exact in float, a 16-bit one in double.
 inline constexpr double invPi = 0x1.45f306dc9c883p-2;
-inline constexpr float piFloat1 = 0x1.9220000000000p+1f;
-inline constexpr float piFloat2 = -0x1.2af0000000000p-17f;
-inline constexpr float piFloat3 = 0x1.0b46120000000p-33f;
+inline constexpr float piFloat1 = 0x1.921e000000000p+1f;
+inline constexpr float piFloat2 = 0x1.b544000000000p-15f;
+inline constexpr float piFloat3 = 0x1.0b46100000000p-33f;
 inline constexpr double piDouble1 = 0x1.921fb54440000p+1;
 inline constexpr double piDouble2 = 0x1.68c234c4c0000p-38;
-inline constexpr double piDouble3 = 0x1.98a2e03707345p-76;
+inline constexpr double piDouble3 = 0x1.98a2e03707344p-76;
 // The same for floats, 20-bit multipliers.
 inline constexpr double piWide1 = 0x1.921fb54400000p+1;
 inline constexpr double piWide2 = 0x1.0b4611a626331p-33;

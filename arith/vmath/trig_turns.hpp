@@ -16,7 +16,7 @@ struct Turn<f32x8> {
     static constexpr double magic = 0x1.8p23;
     static constexpr int top = 31;
     static constexpr double part[] = {piFloat1, piFloat2, piFloat3};
-    static constexpr double limit = 3200; // 10 bits of half turns and a half, or of quarters
+    static constexpr double limit = 400; // 7 bits of half turns and a half, or 8 of quarters
 };
 template <>
 struct Turn<f64x4> {

@@ -44,18 +44,7 @@ struct Modulus {
         return (notLess(size, top) | notLess(other, top)) |
                less(max(size, other), splat<V>(0x1p-450));
     }
-    // Scales by a power of two; the root of the larger sum is rounded once.
-    static int rare(const double *x, double *y) {
-        const double a = __builtin_fabs(x[0]), b = __builtin_fabs(x[1]);
-        if (__builtin_isinf(a) || __builtin_isinf(b)) return *y = __builtin_inf(), 0;
-        if (kep_isnan(a) || kep_isnan(b)) return *y = a * b, 0;
-        if (a == 0 || b == 0) return *y = a + b, 0;
-        const double scale = a > 1 || b > 1 ? 0x1p-600 : 0x1p600;
-        const double p = a * scale, q = b * scale;
-        const __m128d sum = _mm_set_sd(p * p + q * q);
-        *y = _mm_cvtsd_f64(_mm_sqrt_sd(sum, sum)) / scale;
-        return __builtin_isinf(*y) ? overflow : 0;
-    }
+    static int rare(const double *x, double *y);
 };
 struct ModulusShort : Modulus {
     KEPS_INLINE static void fast(const V *x, V *y, V &outside) {
@@ -77,6 +66,20 @@ struct ModulusHigh : Modulus {
         outside = beyond(x[0], x[1]);
     }
 };
+
+// Scales by a power of two.
+int Modulus::rare(const double *x, double *y) {
+    const double a = __builtin_fabs(x[0]), b = __builtin_fabs(x[1]);
+    if (__builtin_isinf(a) || __builtin_isinf(b)) return *y = __builtin_inf(), 0;
+    if (kep_isnan(a) || kep_isnan(b)) return *y = a * b, 0;
+    if (a == 0 || b == 0) return *y = a + b, 0;
+    const double scale = a > 1 || b > 1 ? 0x1p-600 : 0x1p600;
+    const V parts[] = {splat<V>(a * scale), splat<V>(b * scale)};
+    V size, outside;
+    ModulusHigh::fast(parts, &size, outside);
+    *y = _mm256_cvtsd_f64(size.v) / scale;
+    return __builtin_isinf(*y) ? overflow : 0;
+}
 
 // Real and imaginary parts of four values, in order.
 KEPS_INLINE void parts(f64x4 first, f64x4 second, f64x4 *x) {

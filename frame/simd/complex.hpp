@@ -101,17 +101,25 @@ KEPS_INLINE V loadHalves(const typename V::element *a, const typename V::element
     return join(load<Half<V>>(a), load<Half<V>>(b));
 }
 
+// Keeps a loaded vector in a register: compilers fold a load into each of its uses, and two uses
+// would take two of the two loads a cycle.
+template <class V>
+KEPS_INLINE V held(V x) {
+    __asm__("" : "+x"(x.v));
+    return x;
+}
+
 // The lower, the upper halves of two vectors in memory: a load, a load that doubles a half, a
 // blend, which every arithmetic pipe takes.
 template <class V>
 KEPS_INLINE V lowerHalves(const float *a, const float *b) {
     const __m128 *half = reinterpret_cast<const __m128 *>(b);
-    return {_mm256_blend_ps(_mm256_load_ps(a), _mm256_broadcast_ps(half), 0xF0)};
+    return {_mm256_blend_ps(_mm256_load_ps(a), held(V{_mm256_broadcast_ps(half)}).v, 0xF0)};
 }
 template <class V>
 KEPS_INLINE V upperHalves(const float *a, const float *b) {
     const __m128 *half = reinterpret_cast<const __m128 *>(a + 4);
-    return {_mm256_blend_ps(_mm256_broadcast_ps(half), _mm256_load_ps(b), 0xF0)};
+    return {_mm256_blend_ps(held(V{_mm256_broadcast_ps(half)}).v, _mm256_load_ps(b), 0xF0)};
 }
 
 // Pairs of a and b in turn, from the lower and from the upper half of each lane.
@@ -127,14 +135,6 @@ template <class V>
 constexpr int columnOfLane(int i) {
     if constexpr (V::lanes == 8) return (i & 1) | (i & 2) << 1 | (i & 4) >> 1;
     return (i & 1) << 1 | i >> 1;
-}
-
-// Keeps a loaded vector in a register: compilers fold a load into each of its uses, and two uses
-// would take two of the two loads a cycle.
-template <class V>
-KEPS_INLINE V held(V x) {
-    __asm__("" : "+x"(x.v));
-    return x;
 }
 
 // V::lanes complex values from interleaved memory, lane i holding value columnOfLane(i): 2

@@ -1,6 +1,7 @@
 // Half precision by the instructions and by plain code, as the companion decides: every half, and
 // floats on, beside and between all of them.
 #include <cmath>
+#include <cpuid.h>
 #include <cstring>
 #include <gtest/gtest.h>
 #include <xmmintrin.h>
@@ -14,7 +15,8 @@ namespace {
 using namespace harness;
 
 bool processorHasF16c() {
-    return __builtin_cpu_supports("f16c");
+    unsigned a = 0, b = 0, c = 0, d = 0;
+    return __get_cpuid(1, &a, &b, &c, &d) && (c & 1u << 29);
 }
 
 class Half : public testing::TestWithParam<int> {

@@ -60,6 +60,33 @@ TEST(Threads, fillAndCopyPartsOfOneArray) {
     EXPECT_EQ(wrong, 0);
 }
 
+// Long divisions open regions of their own, here from several threads at once; one divisor is zero,
+// so the pieces' warnings meet too. Every thread reads the same sources.
+TEST(Threads, divideInRegionsOfTheirOwn) {
+    constexpr std::size_t length = 20000;
+    std::vector<Kep16s> divisors(length), numbers(length);
+    for (std::size_t i = 0; i < length; ++i) {
+        divisors[i] = static_cast<Kep16s>(i % 100 + 1);
+        numbers[i] = static_cast<Kep16s>(i);
+    }
+    divisors[length / 2] = 0;
+    kepSetNumThreads(threads);
+    std::vector<std::vector<Kep16s>> rounded(threads, std::vector<Kep16s>(length));
+    std::vector<KepStatus> statuses(threads);
+    std::vector<std::vector<float>> quotients(threads, std::vector<float>(length));
+    const std::vector<float> ones(length, 1.0f), fours(length, 4.0f);
+    together([&](int t) {
+        const auto at = static_cast<std::size_t>(t);
+        statuses[at] = kepsDiv_Round_16s_Sfs(divisors.data(), numbers.data(), rounded[at].data(),
+                                             static_cast<int>(length), kepRoundNearest, 0);
+        kepsDiv_32f(fours.data(), ones.data(), quotients[at].data(), static_cast<int>(length));
+    });
+    kepSetNumThreads(0);
+    for (const auto status : statuses) EXPECT_EQ(status, kepStatusDivisionWarning);
+    for (const auto &result : rounded) EXPECT_EQ(result, rounded[0]);
+    for (const auto &result : quotients) EXPECT_EQ(result, std::vector<float>(length, 0.25f));
+}
+
 TEST(Threads, shareATransformPlan) {
     constexpr int order = 12, length = 1 << order;
     int planSize = 0, initSize = 0, workSize = 0;

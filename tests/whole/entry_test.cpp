@@ -13,7 +13,7 @@
 
 namespace {
 
-const std::regex ownChain("keps(GetLibVersion|Malloc|Free|FFT|FIRSR).*"
+const std::regex ownChain("keps(GetLibVersion|Malloc|Free|FFT|FIRSR|Rand).*"
                           "|keps(Add|Sub)_(32|64)fc(_I)?|kepsAddC_64[su]_Sfs|kepsMulC_64f64s_ISfs"
                           "|kepsConvert_64f64s_Sfs");
 

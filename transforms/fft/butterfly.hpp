@@ -9,6 +9,40 @@ namespace keps::fft {
 
 enum Direction { forward, inverse };
 
+// Sign bits on the real or the imaginary parts, whichever a turn by -i (forward) or i flips.
+template <class T, Direction direction>
+struct TurnSigns {
+    alignas(32) T sign[32 / sizeof(T)];
+    constexpr TurnSigns() : sign{} {
+        for (std::size_t i = 0; i < 32 / sizeof(T); ++i)
+            sign[i] = (i % 2 == 1) == (direction == forward) ? T(-0.0) : T(0.0);
+    }
+};
+template <class T, Direction direction>
+inline constexpr TurnSigns<T, direction> turnSigns{};
+
+KEPS_INLINE f32x8 flip(f32x8 x, const float *signs) {
+    return {_mm256_xor_ps(x.v, _mm256_load_ps(signs))};
+}
+KEPS_INLINE f64x4 flip(f64x4 x, const double *signs) {
+    return {_mm256_xor_pd(x.v, _mm256_load_pd(signs))};
+}
+
+// -i x forward, i x inverse: 2 uops.
+template <Direction direction, class V>
+KEPS_INLINE V turned(V x) {
+    return flip(swapParts(x), turnSigns<typename V::element, direction>.sign);
+}
+
+template <Direction direction, class V>
+KEPS_INLINE void interleavedRadix4(V &a0, V &a1, V &a2, V &a3) {
+    const V s0 = a0 + a2, d0 = a0 - a2, s1 = a1 + a3, d1 = turned<direction>(a1 - a3);
+    a0 = s0 + s1;
+    a1 = d0 + d1;
+    a2 = s0 - s1;
+    a3 = d0 - d1;
+}
+
 // A 4-point transform; a0 to a3 in, X0 to X3 out.
 template <class V>
 KEPS_INLINE void radix4(planar<V> &a0, planar<V> &a1, planar<V> &a2, planar<V> &a3) {
@@ -85,6 +119,25 @@ struct Interleaved {
         storeInterleaved(p + 2 * i, direction == forward ? z : planar<V>{z.im, z.re});
     }
     KEPS_INLINE Interleaved at(size i) const { return {p + 2 * i}; }
+
+    // Radix 4 on four rows of 8 columns, still interleaved; then, taking real and imaginary parts
+    // apart, the results in pairs: [columns][part][pair] holds results 2 pair and 2 pair + 1 of two
+    // columns in each half, those of firstColumn.
+    KEPS_INLINE void radix4Pairs(size rowStride, float (&to)[2][2][2][8]) const {
+        times<2>([&](int half) KEPS_INLINE_LAMBDA {
+            const auto row = [&](int j) KEPS_INLINE_LAMBDA {
+                return keps::load<V>(p + 2 * j * rowStride + 8 * half);
+            };
+            V a0 = row(0), a1 = row(1), a2 = row(2), a3 = row(3);
+            interleavedRadix4<direction>(a0, a1, a2, a3);
+            constexpr int re = direction == forward ? 0 : 1;
+            storeAligned(to[half][re][0], firstOfPairs(a0, a1));
+            storeAligned(to[half][re][1], firstOfPairs(a2, a3));
+            storeAligned(to[half][1 - re][0], secondOfPairs(a0, a1));
+            storeAligned(to[half][1 - re][1], secondOfPairs(a2, a3));
+        });
+    }
+    static constexpr int firstColumn(int pair) { return 2 * pair; }
 };
 
 // Data in two arrays, at any address; the inverse transform takes them in exchange.
@@ -103,6 +156,19 @@ struct Split {
         storeInOrder(im + i, z.im);
     }
     KEPS_INLINE Split at(size i) const { return {re + i, im + i}; }
+    KEPS_INLINE void radix4Pairs(size rowStride, float (&to)[2][2][2][8]) const {
+        planar<V> z[4];
+        butterfly<4, V>([&](int j) KEPS_INLINE_LAMBDA { return load(j * rowStride); },
+                        [&](int k, planar<V> x) KEPS_INLINE_LAMBDA { z[k] = x; });
+        times<2>([&](int k) KEPS_INLINE_LAMBDA {
+            const planar<V> a = z[2 * k], b = z[2 * k + 1];
+            storeAligned(to[0][0][k], lowerPairs(a.re, b.re));
+            storeAligned(to[0][1][k], lowerPairs(a.im, b.im));
+            storeAligned(to[1][0][k], upperPairs(a.re, b.re));
+            storeAligned(to[1][1][k], upperPairs(a.im, b.im));
+        });
+    }
+    static constexpr int firstColumn(int pair) { return 2 * (pair / 2) + 4 * (pair % 2); }
 };
 
 // The order between the stages: vectors of real parts and of imaginary parts in turn. Lane i holds

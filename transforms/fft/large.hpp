@@ -4,7 +4,6 @@
 #pragma once
 
 #include "transforms/fft/stages.hpp"
-#include "transforms/fft/stand_in.hpp"
 
 namespace keps::fft {
 
@@ -169,7 +168,8 @@ void owns_cFft_BlkStep(Data data, Out out, int order, int levelNumber,
             owns_cFft_BlkStep(part, part, level.runBits, levelNumber + 1, plan, scaled, work);
         } else {
             const StagePlan &stages = stagePlans<T>.plan[level.runBits];
-            throughStages(part, stages, firstPassStages<T>(), stages.count - 1, plan.twiddleCore);
+            throughStages(part, run, stages, firstPassStages<T>(), stages.count - 1,
+                          plan.twiddleCore);
             if (scaled) scaleRun(part, run, plan.scaleFactor);
         }
     }

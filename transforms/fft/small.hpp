@@ -62,40 +62,6 @@ struct SplitPoints {
     KEPS_INLINE E *im(int i) const { return imags + i; }
 };
 
-// Sign bits on the real or the imaginary parts, whichever a turn by -i (forward) or i flips.
-template <class T, Direction direction>
-struct TurnSigns {
-    alignas(32) T sign[32 / sizeof(T)];
-    constexpr TurnSigns() : sign{} {
-        for (std::size_t i = 0; i < 32 / sizeof(T); ++i)
-            sign[i] = (i % 2 == 1) == (direction == forward) ? T(-0.0) : T(0.0);
-    }
-};
-template <class T, Direction direction>
-inline constexpr TurnSigns<T, direction> turnSigns{};
-
-KEPS_INLINE f32x8 flip(f32x8 x, const float *signs) {
-    return {_mm256_xor_ps(x.v, _mm256_load_ps(signs))};
-}
-KEPS_INLINE f64x4 flip(f64x4 x, const double *signs) {
-    return {_mm256_xor_pd(x.v, _mm256_load_pd(signs))};
-}
-
-// -i x forward, i x inverse: 2 uops.
-template <Direction direction, class V>
-KEPS_INLINE V turned(V x) {
-    return flip(swapParts(x), turnSigns<typename V::element, direction>.sign);
-}
-
-template <Direction direction, class V>
-KEPS_INLINE void radix4(V &a0, V &a1, V &a2, V &a3) {
-    const V s0 = a0 + a2, d0 = a0 - a2, s1 = a1 + a3, d1 = turned<direction>(a1 - a3);
-    a0 = s0 + s1;
-    a1 = d0 + d1;
-    a2 = s0 - s1;
-    a3 = d0 - d1;
-}
-
 template <Direction direction, int R, class V>
 KEPS_INLINE void butterfly(V *a) {
     if constexpr (R == 2) {
@@ -103,11 +69,11 @@ KEPS_INLINE void butterfly(V *a) {
         a[0] = a[0] + a[1];
         a[1] = b;
     } else if constexpr (R == 4) {
-        radix4<direction>(a[0], a[1], a[2], a[3]);
+        interleavedRadix4<direction>(a[0], a[1], a[2], a[3]);
     } else {
         const V root = splat<V>(typename V::element(0.70710678118654752440));
-        radix4<direction>(a[0], a[2], a[4], a[6]);
-        radix4<direction>(a[1], a[3], a[5], a[7]);
+        interleavedRadix4<direction>(a[0], a[2], a[4], a[6]);
+        interleavedRadix4<direction>(a[1], a[3], a[5], a[7]);
         const V o0 = a[1], o2 = turned<direction>(a[5]);
         const V t1 = turned<direction>(a[3]), t3 = turned<direction>(a[7]);
         const V o1 = (a[3] + t1) * root, o3 = (t3 - a[7]) * root;

@@ -27,27 +27,27 @@ KEPS_INLINE size runOfLane(int lane, size laneStride) {
     return size{bitReversed(static_cast<std::uint32_t>(In::column(lane)), bits)} * laneStride;
 }
 
-// Two radix-4 stages. The first leaves pairs of results side by side in memory; the second reads
-// halves of two vectors as one: results 0, 1 of two columns below, results 2, 3 above.
+// Two radix-4 stages. The first leaves results 0 and 1 (and 2 and 3) of two columns side by side in
+// memory: c, c', c, c'; the second reads halves of two vectors as one, so that results 0 and 1 lie
+// below and 2 and 3 above, and parts the columns only when all is done.
 template <class In>
 class FirstTile {
 public:
-    // Rows r, r + 4, r + 8, r + 12.
-    KEPS_INLINE void gather(In in, size rowStride, int r) {
-        planar<V> z[4];
-        butterfly<4, V>([&](int j) KEPS_INLINE_LAMBDA { return in.load((r + 4 * j) * rowStride); },
-                        [&](int k, planar<V> x) KEPS_INLINE_LAMBDA { z[k] = x; });
-        times<2>([&](int k) KEPS_INLINE_LAMBDA {
-            const planar<V> a = z[2 * k], b = z[2 * k + 1];
-            storeAligned(pairs[r][0][0][k], unpackLower(a.re, b.re));
-            storeAligned(pairs[r][0][1][k], unpackLower(a.im, b.im));
-            storeAligned(pairs[r][1][0][k], unpackUpper(a.re, b.re));
-            storeAligned(pairs[r][1][1][k], unpackUpper(a.im, b.im));
-        });
+    // Rows to pairs, pairs to runs. Each is a function of its own: joined, they leave the compiler
+    // short of registers, and it keeps a second copy of every pair.
+    [[gnu::noinline]] void gather(In in, size rowStride) {
+        for (int r = 0; r < 4; ++r) in.at(r * rowStride).radix4Pairs(4 * rowStride, pairs[r]);
     }
-    // Two columns to their runs: 0, 1; 4, 5; 2, 3; 6, 7.
     template <class Data>
-    KEPS_INLINE void scatter(Data out, size laneStride, const float *twiddles, int c) const {
+    [[gnu::noinline]] void scatter(Data out, size laneStride, const float *twiddles) const {
+        times<4>([&](int c) KEPS_INLINE_LAMBDA { columns(out, laneStride, twiddles, c); });
+    }
+
+private:
+    using V = f32x8;
+    // Two columns to their runs.
+    template <class Data>
+    KEPS_INLINE void columns(Data out, size laneStride, const float *twiddles, int c) const {
         const auto both = [&](int j, int part) KEPS_INLINE_LAMBDA {
             const float(&from)[2][8] = pairs[j][c / 2][part];
             return c % 2 == 0 ? lowerHalves<V>(from[0], from[1]) : upperHalves<V>(from[0], from[1]);
@@ -59,18 +59,18 @@ public:
                 return j == 0 ? x : x * loadPlanar<V>(twiddles + 16 * (j - 1));
             },
             [&](int q, planar<V> x) KEPS_INLINE_LAMBDA { z[q] = x; });
-        const int lane = 2 * (c / 2) + 4 * (c % 2);
+        const int column = In::firstColumn(c);
         times<2>([&](int group) KEPS_INLINE_LAMBDA {
             const planar<V> a = z[2 * group], b = z[2 * group + 1];
-            out.store(runOfLane<In>(lane, laneStride) + 8 * group,
-                      planar<V>{lowerPairs(a.re, b.re), lowerPairs(a.im, b.im)});
-            out.store(runOfLane<In>(lane + 1, laneStride) + 8 * group,
-                      planar<V>{upperPairs(a.re, b.re), upperPairs(a.im, b.im)});
+            out.store(runOf(column, laneStride) + 8 * group,
+                      planar<V>{firstOfPairs(a.re, b.re), firstOfPairs(a.im, b.im)});
+            out.store(runOf(column + 1, laneStride) + 8 * group,
+                      planar<V>{secondOfPairs(a.re, b.re), secondOfPairs(a.im, b.im)});
         });
     }
-
-private:
-    using V = f32x8;
+    KEPS_INLINE static size runOf(int column, size laneStride) {
+        return size{bitReversed(static_cast<std::uint32_t>(column), 3)} * laneStride;
+    }
     alignas(64) float pairs[4][2][2][2][8]; // by r, columns, part, results
 };
 
@@ -80,8 +80,8 @@ KEPS_INLINE void firstTile(In in, size rowStride, Data out, size laneStride,
                            const typename In::T *twiddles) {
     if constexpr (Run == 16) {
         FirstTile<In> tile;
-        times<4>([&](int r) KEPS_INLINE_LAMBDA { tile.gather(in, rowStride, r); });
-        times<4>([&](int c) KEPS_INLINE_LAMBDA { tile.scatter(out, laneStride, twiddles, c); });
+        tile.gather(in, rowStride);
+        tile.scatter(out, laneStride, twiddles);
     } else {
         using V = typename In::V;
         planar<V> z[Run];
@@ -109,25 +109,8 @@ void firstPass(In in, typename In::T *out, int order, const std::uint32_t *bitRe
     const size tiles = points / (Run * lanes);
     const auto columns = [&](size t) KEPS_INLINE_LAMBDA { return in.at(bitRev[t * step] / 2); };
     Grouped<typename In::T> to{out};
-    if constexpr (Run == 16) {
-        // The rows of the next tile are read while this one's runs are written: neither waits for
-        // the other.
-        FirstTile<In> tile[2];
-        times<4>([&](int r) KEPS_INLINE_LAMBDA { tile[0].gather(columns(0), rowStride, r); });
-        size t = 0;
-        for (; t + 1 < tiles; ++t, to = to.at(Run)) {
-            const In next = columns(t + 1);
-            times<4>([&](int i) KEPS_INLINE_LAMBDA {
-                tile[(t + 1) % 2].gather(next, rowStride, i);
-                tile[t % 2].scatter(to, laneStride, twiddles, i);
-            });
-        }
-        times<4>([&](int c)
-                     KEPS_INLINE_LAMBDA { tile[t % 2].scatter(to, laneStride, twiddles, c); });
-    } else {
-        for (size t = 0; t < tiles; ++t, to = to.at(Run))
-            firstTile<Run>(columns(t), rowStride, to, laneStride, twiddles);
-    }
+    for (size t = 0; t < tiles; ++t, to = to.at(Run))
+        firstTile<Run>(columns(t), rowStride, to, laneStride, twiddles);
 }
 
 // R runs of columns points, fromStride apart in data, joined to one, whose R parts go toStride
@@ -146,34 +129,36 @@ KEPS_INLINE void joinRuns(Data data, size fromStride, Out out, size toStride, si
     }
 }
 
-// One stage over one run of data, in place or to the caller's array.
+// One stage over all runs in points points of data, in place or to the caller's array.
+template <int R, class Data, class Out>
+[[gnu::noinline]] void joinAll(Data data, Out out, size points, size columns,
+                               const typename Data::T *twiddles) {
+    for (size at = 0; at < points; at += R * columns)
+        joinRuns<R>(data.at(at), columns, out.at(at), columns, columns, twiddles);
+}
 template <class Data, class Out>
-void joinRuns(Data data, Out out, const Stage &stage, const typename Data::T *core) {
+KEPS_INLINE void throughStage(Data data, Out out, size points, const Stage &stage,
+                              const typename Data::T *core) {
     const size columns = size{1} << stage.columnBits;
     const typename Data::T *twiddles = core + stage.twiddles;
-    stage.bits == 2 ? joinRuns<4>(data, columns, out, columns, columns, twiddles)
-                    : joinRuns<8>(data, columns, out, columns, columns, twiddles);
+    stage.bits == 2 ? joinAll<4>(data, out, points, columns, twiddles)
+                    : joinAll<8>(data, out, points, columns, twiddles);
 }
 
-// Brings the run at data through stages first to last of the plan. A run that fits the block is
-// taken stage by stage; a longer one part by part, so that every part is joined while it is in the
-// nearest cache that holds it.
+// Brings points points of data, one run of stage last, through the stages from first to last. What
+// fits the block is taken stage by stage; longer runs part by part, so that every part is joined
+// while it is in the nearest cache that holds it.
 template <class Data>
-void throughStages(Data data, const StagePlan &plan, int first, int last,
+void throughStages(Data data, size points, const StagePlan &plan, int first, int last,
                    const typename Data::T *core) {
-    const Stage &stage = plan.stage[last];
-    const size columns = size{1} << stage.columnBits;
-    if (columns << stage.bits > blockPoints<typename Data::T> && last > first) {
-        for (size r = 0; r < size{1} << stage.bits; ++r)
-            throughStages(data.at(r * columns), plan, first, last - 1, core);
-        joinRuns(data, data, stage, core);
-        return;
-    }
-    const size end = columns << stage.bits;
-    for (int s = first; s <= last; ++s) {
-        const Stage &inner = plan.stage[s];
-        for (size at = 0; at < end; at += size{1} << (inner.columnBits + inner.bits))
-            joinRuns(data.at(at), data.at(at), inner, core);
+    if (points <= blockPoints<typename Data::T>) {
+        for (int s = first; s <= last; ++s) throughStage(data, data, points, plan.stage[s], core);
+    } else if (first <= last) {
+        const Stage &stage = plan.stage[last];
+        const size part = points >> stage.bits;
+        for (size at = 0; at < points; at += part)
+            throughStages(data.at(at), part, plan, first, last - 1, core);
+        throughStage(data, data, points, stage, core);
     }
 }
 
@@ -190,23 +175,14 @@ void owns_cRadix4Norm(In in, Out out, int order, const typename In::T *core,
         firstPass<4>(in, buffer, order, bitRev, core);
     else
         firstPass<8>(in, buffer, order, bitRev, core);
-    const Grouped<T> data{buffer};
     constexpr int first = firstPassStages<T>();
-    const int last = plan.count - 1;
-    const size columns = size{1} << plan.stage[last].columnBits;
-    if (last > first && columns << plan.stage[last].bits <= blockPoints<T>) {
-        // In one block: stage by stage over all of it.
-        for (int s = first; s < last; ++s) {
-            const Stage &stage = plan.stage[s];
-            for (size at = 0; at < size{1} << order;
-                 at += size{1} << (stage.columnBits + stage.bits))
-                joinRuns(data.at(at), data.at(at), stage, core);
-        }
-    } else if (last > first) {
-        for (size r = 0; r < size{1} << plan.stage[last].bits; ++r)
-            throughStages(data.at(r * columns), plan, first, last - 1, core);
-    }
-    joinRuns(data, out, plan.stage[last], core);
+    const Grouped<T> data{buffer};
+    const size points = size{1} << order;
+    const Stage &stage = plan.stage[plan.count - 1];
+    const size part = points <= blockPoints<T> ? points : points >> stage.bits;
+    for (size at = 0; at < points; at += part)
+        throughStages(data.at(at), part, plan, first, plan.count - 2, core);
+    throughStage(data, out, points, stage, core);
 }
 
 } // namespace keps::fft

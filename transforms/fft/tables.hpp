@@ -67,15 +67,16 @@ inline QuarterWave<T> generatedWave(int order, T *table) {
 }
 
 // Factors exp(-2 pi i j k / 2^bits), j = 1..last, for a vector of k from first on: for each j the
-// real parts, then the imaginary parts, in the lane order of grouped data. k beyond a run of
-// columns starts anew.
+// real parts, then the imaginary parts, in the lane order of grouped data.
 template <class T>
 inline T *writeRoots(T *out, QuarterWave<T> wave, size first, int last, int bits, size columns) {
     using V = typename Traits<T>::V;
     constexpr int lanes = V::lanes;
     for (int j = 1; j <= last; ++j, out += 2 * lanes) {
         for (int i = 0; i < lanes; ++i) {
-            const Factor<T> w = wave.root(j * ((first + columnOfLane<V>(i)) & (columns - 1)), bits);
+            // Fewer columns than lanes: each doubled, for the two runs that share a vector.
+            const size k = columns < lanes ? i / 2 : first + columnOfLane<V>(i);
+            const Factor<T> w = wave.root(j * k, bits);
             out[i] = w.re;
             out[lanes + i] = w.im;
         }
