@@ -49,7 +49,7 @@ struct ByTwoPowers {
 };
 
 // Calls run with the scaling of E by 2^-scaleFactor, for any scale factor.
-template <class E, class Run>
+template <class E = float, class Run>
 KEPS_INLINE KepStatus withScaling(std::int32_t scaleFactor, const Run &run) {
     if (scaleFactor == 0) return run(Unscaled{});
     // Every number times 2^-both rounds to 0, and any but 0 times 2^both is beyond every integer.

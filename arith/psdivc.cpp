@@ -83,20 +83,6 @@ struct OverComplex {
     return 0;
 }
 
-template <class T>
-struct OverComplexFloat {
-    Block<T, 32 / sizeof(T)> reciprocal;
-    template <class V>
-    KEPS_INLINE V operator()(V x) const {
-        return complexMul(x, reciprocal);
-    }
-};
-
-template <class T>
-KEPS_INLINE KepStatus timesConstant(const T *src, T val, T *dst, size n) {
-    return withSecond<Product>(src, val, dst, n);
-}
-
 } // namespace
 
 KepStatus kepsDivC_8u_Sfs(const Kep8u *src, Kep8u val, Kep8u *dst, int32_t len, int scaleFactor) {
@@ -170,10 +156,7 @@ KepStatus kepsDivC_32f_I(Kep32f val, Kep32f *srcDst, int32_t len) {
 KepStatus kepsDivC_64f(const Kep64f *src, Kep64f val, Kep64f *dst, int32_t len) {
     if (const KepStatus refused = refuse(len, src, dst)) return refused;
     if (isZero(val)) return kepStatusDivideByZero;
-    const double reciprocal = 1.0 / val;
-    if (isOne(reciprocal)) return kepsCopy_64f(src, dst, len);
-    if (isZero(reciprocal)) return kepsZero_64f(dst, len);
-    return timesConstant(src, reciprocal, dst, len);
+    return kepsMulC_64f(src, 1.0 / val, dst, len);
 }
 KepStatus kepsDivC_64f_I(Kep64f val, Kep64f *srcDst, int32_t len) {
     return kepsDivC_64f(srcDst, val, srcDst, len);
@@ -185,9 +168,7 @@ KepStatus kepsDivC_32fc(const Kep32fc *src, Kep32fc val, Kep32fc *dst, int32_t l
     if (isZero(val.re) && isZero(val.im)) return kepStatusDivideByZero;
     const double c = val.re, d = val.im, m = c * c + d * d;
     const auto re = static_cast<float>(c / m), im = static_cast<float>(-d / m);
-    const f32x8 reciprocal{_mm256_setr_ps(re, im, re, im, re, im, re, im)};
-    map<4>(len, OverComplexFloat<Kep32fc>{reciprocal}, dst, src);
-    return kepStatusOk;
+    return kepsMulC_32fc(src, {re, im}, dst, len);
 }
 KepStatus kepsDivC_32fc_I(Kep32fc val, Kep32fc *srcDst, int32_t len) {
     return kepsDivC_32fc(srcDst, val, srcDst, len);
@@ -197,9 +178,7 @@ KepStatus kepsDivC_64fc(const Kep64fc *src, Kep64fc val, Kep64fc *dst, int32_t l
     if (const KepStatus refused = refuse(len, src, dst)) return refused;
     if (isZero(val.re) && isZero(val.im)) return kepStatusDivideByZero;
     const double m = val.re * val.re + val.im * val.im;
-    const double re = val.re / m, im = -val.im / m;
-    map<2>(len, OverComplexFloat<Kep64fc>{{_mm256_setr_pd(re, im, re, im)}}, dst, src);
-    return kepStatusOk;
+    return kepsMulC_64fc(src, {val.re / m, -val.im / m}, dst, len);
 }
 KepStatus kepsDivC_64fc_I(Kep64fc val, Kep64fc *srcDst, int32_t len) {
     return kepsDivC_64fc(srcDst, val, srcDst, len);

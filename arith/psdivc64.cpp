@@ -105,6 +105,7 @@ KepStatus kepsDivC_64s_ISfs(Kep64s val, Kep64s *srcDst, int32_t len, int scaleFa
         }
         return kepStatusDivisionWarning;
     }
+    if (val == 1 || val == -1) return kepsMulC_64s_ISfs(val, srcDst, len, scaleFactor);
     const Divisor d(magnitudeOf(val));
     for (size i = 0; i < len; ++i) {
         const Kep64s x = loadOne(srcDst + i);
