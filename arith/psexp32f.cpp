@@ -14,10 +14,12 @@ namespace {
 template <class T>
 KEPS_INLINE void fromRow(const T *src, T *dst, size n, const T *row, int bias, T last) {
     const auto one = [=](T x) KEPS_INLINE_LAMBDA {
-        const std::int64_t at = std::int64_t{x} + bias;
-        const T most = std::numeric_limits<T>::max();
-        if (at > last) return most;
-        return at < 0 ? T{0} : row[at];
+        // Without branches, which random elements would make the processor guess wrongly.
+        const std::int64_t at = std::int64_t{x} + bias, over = last - at;
+        const std::int64_t below = at >> 63, above = over >> 63;
+        const std::int64_t place = (at & ~below & ~above);
+        const std::int64_t value = row[place] & ~below;
+        return static_cast<T>((value & ~above) | (std::numeric_limits<T>::max() & above));
     };
     size i = 0;
     for (; i + 4 <= n; i += 4) {
