@@ -49,7 +49,7 @@ KEPS_INLINE packed24x8 loadBlock(const Packed24 *p) {
     static_assert(N == 8);
     return detail::load24(detail::bytesOf(p));
 }
-template <int N, bool Joined>
+template <int N>
 KEPS_INLINE void storeBlock(Packed24 *p, packed24x8 x) {
     static_assert(N == 8);
     detail::store24(detail::bytesOf(p), x);
