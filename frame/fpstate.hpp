@@ -71,8 +71,8 @@ private:
     unsigned old;
 };
 
-// The default arithmetic for a scope: to nearest, denormals kept, no exception trapped. The caller's
-// word comes back with the exceptions that were raised. The same caution.
+// The default arithmetic for a scope: to nearest, denormals kept, no exception trapped. The
+// caller's word comes back with the exceptions that were raised. The same caution.
 class DefaultArithmetic {
 public:
     DefaultArithmetic() : found(_mm_getcsr()) {

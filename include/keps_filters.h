@@ -35,6 +35,10 @@
  * #kepStatusNullPointer. */
 KEPS_FN(KepStatus, kepsFIRSRGetSize,
         (int32_t tapsLen, int32_t tapsType, int32_t *specSize, int32_t *bufSize));
+/** @} */
+
+/** @name Single-rate FIR: Init
+ * @{ */
 /** Makes a filter in the memory at @p spec, of the size that kepsFIRSRGetSize() gave.
  * @p taps are in natural order, `taps[0]` for the newest sample; they are not kept.
  * @param algType  a #KepAlgorithm: #kepAlgorithmDirect sums products on every call,
@@ -50,6 +54,10 @@ KEPS_FN(KepStatus, kepsFIRSRInit_32fc,
         (const Kep32fc *taps, int32_t tapsLen, uint32_t algType, Kep8u *spec));
 KEPS_FN(KepStatus, kepsFIRSRInit_64fc,
         (const Kep64fc *taps, int32_t tapsLen, uint32_t algType, Kep8u *spec));
+/** @} */
+
+/** @name Single-rate FIR: filtering
+ * @{ */
 /** Filters @p numIters samples.
  *
  * @p dlySrc may be null: the past is silence. @p dlyDst may be null: nothing is kept; else it

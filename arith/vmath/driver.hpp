@@ -147,8 +147,8 @@ KEPS_INLINE V horner(V u, const T (&c)[n]) {
     return y;
 }
 
-// c[0] + c[1] u + c[2] u^2 ...; longer ones as two chains, even and odd, since a chain's latency and
-// not its operations is what a long one costs.
+// c[0] + c[1] u + c[2] u^2 ...; longer ones as two chains, even and odd, since a chain's latency
+// and not its operations is what a long one costs.
 template <class V, class T, std::size_t n>
 KEPS_INLINE V polynomial(V u, const T (&c)[n]) {
     if constexpr (n < 5) {
