@@ -24,8 +24,9 @@ public:
         if (found != own) kep_set_cw_ssx(own);
     }
     ~Control() {
-        const unsigned now = found | raised | (_mm_getcsr() & inexact);
-        if (now != own) kep_set_cw_ssx(now);
+        const unsigned current = _mm_getcsr();
+        const unsigned left = found | raised | (current & inexact);
+        if (left != current) kep_set_cw_ssx(left);
     }
     Control(const Control &) = delete;
     Control &operator=(const Control &) = delete;

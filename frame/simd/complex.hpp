@@ -24,10 +24,6 @@ template <class V>
 KEPS_INLINE planar<V> operator*(planar<V> a, planar<V> b) {
     return {a.re * b.re - a.im * b.im, a.im * b.re + a.re * b.im};
 }
-template <class V>
-KEPS_INLINE planar<V> operator*(planar<V> a, V b) {
-    return {a.re * b, a.im * b};
-}
 // a - i b and a + i b: no more than a sum.
 template <class V>
 KEPS_INLINE planar<V> minusI(planar<V> a, planar<V> b) {
@@ -39,8 +35,6 @@ KEPS_INLINE planar<V> plusI(planar<V> a, planar<V> b) {
 }
 
 // clang-format off
-KEPS_INLINE f64x4 operator^(f64x4 a, f64x4 b) { return {_mm256_xor_pd(a.v, b.v)}; }
-
 // The first and the second elements of a's and b's pairs, per 128-bit lane: for 32f a0 a1 b0 b1.
 KEPS_INLINE f32x8 firstOfPairs(f32x8 a, f32x8 b) { return {_mm256_shuffle_ps(a.v, b.v, 0x88)}; }
 KEPS_INLINE f64x4 firstOfPairs(f64x4 a, f64x4 b) { return {_mm256_unpacklo_pd(a.v, b.v)}; }
@@ -67,6 +61,8 @@ KEPS_INLINE f32x8 lowerHalves(f32x8 a, f32x8 b) { return {_mm256_permute2f128_ps
 KEPS_INLINE f64x4 lowerHalves(f64x4 a, f64x4 b) { return {_mm256_permute2f128_pd(a.v, b.v, 0x20)}; }
 KEPS_INLINE f32x8 upperHalves(f32x8 a, f32x8 b) { return {_mm256_permute2f128_ps(a.v, b.v, 0x31)}; }
 KEPS_INLINE f64x4 upperHalves(f64x4 a, f64x4 b) { return {_mm256_permute2f128_pd(a.v, b.v, 0x31)}; }
+KEPS_INLINE f32x8 swapHalves(f32x8 x) { return {_mm256_permute2f128_ps(x.v, x.v, 1)}; }
+KEPS_INLINE f64x4 swapHalves(f64x4 x) { return {_mm256_permute2f128_pd(x.v, x.v, 1)}; }
 KEPS_INLINE f64x2 lower(f64x4 x) { return {_mm256_castpd256_pd128(x.v)}; }
 KEPS_INLINE f64x2 upper(f64x4 x) { return {_mm256_extractf128_pd(x.v, 1)}; }
 KEPS_INLINE f32x8 join(f32x4 a, f32x4 b) { return {_mm256_set_m128(b.v, a.v)}; }
@@ -76,8 +72,6 @@ KEPS_INLINE f64x4 join(f64x2 a, f64x2 b) { return {_mm256_set_m128d(b.v, a.v)}; 
 // doubled in re and whose imaginary parts stand as -im, im in im (5 uops).
 KEPS_INLINE f32x8 swapParts(f32x8 x) { return {_mm256_permute_ps(x.v, 0xB1)}; }
 KEPS_INLINE f64x4 swapParts(f64x4 x) { return {_mm256_permute_pd(x.v, 0x5)}; }
-KEPS_INLINE f32x8 addSub(f32x8 a, f32x8 b) { return {_mm256_addsub_ps(a.v, b.v)}; }
-KEPS_INLINE f64x4 addSub(f64x4 a, f64x4 b) { return {_mm256_addsub_pd(a.v, b.v)}; }
 template <class V>
 KEPS_INLINE V complexMul(V x, V re, V im) { return x * re + swapParts(x) * im; }
 // clang-format on
@@ -165,17 +159,12 @@ KEPS_INLINE void storeInterleaved(double *p, planar<f64x4> z) {
 KEPS_INLINE void storeInterleavedBack(float *p, planar<f32x8> z) {
     const f32x8 a = {_mm256_permute_ps(unpackLower(z.re, z.im).v, 0x4E)};
     const f32x8 b = {_mm256_permute_ps(unpackUpper(z.re, z.im).v, 0x4E)};
-    store(p, upper(b));
-    store(p + 4, lower(b));
-    store(p + 8, upper(a));
-    store(p + 12, lower(a));
+    store(p, swapHalves(b));
+    store(p + 8, swapHalves(a));
 }
 KEPS_INLINE void storeInterleavedBack(double *p, planar<f64x4> z) {
-    const f64x4 a = unpackLower(z.re, z.im), b = unpackUpper(z.re, z.im);
-    store(p, upper(b));
-    store(p + 2, lower(b));
-    store(p + 4, upper(a));
-    store(p + 6, lower(a));
+    store(p, swapHalves(unpackUpper(z.re, z.im)));
+    store(p + 4, swapHalves(unpackLower(z.re, z.im)));
 }
 
 // Four vectors as a 4 by 4 square, transposed: 8 shuffles.

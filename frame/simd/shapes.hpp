@@ -145,8 +145,7 @@ KEPS_INLINE Block<T, N> loadBlock(const T *p) {
 // Joined: the halves of two vectors leave as one store. Elements that aren't numbers have forms of
 // their own.
 template <int N, bool Joined = true, class T>
-    requires std::is_arithmetic_v<LaneOf<T>>
-KEPS_INLINE void storeBlock(T *p, Block<T, N> x) {
+requires std::is_arithmetic_v<LaneOf<T>> KEPS_INLINE void storeBlock(T *p, Block<T, N> x) {
     constexpr int bytes = N * static_cast<int>(sizeof(T));
     if constexpr (!Joined && isTwo<Block<T, N>>) {
         detail::store16(p, x.lo.v);
@@ -180,8 +179,7 @@ KEPS_INLINE Block<T, N> loadEnds(const T *p, size n) {
 }
 
 template <int N, class T, int K = N / 2>
-requires std::is_arithmetic_v<LaneOf<T>>
-KEPS_INLINE void storeEnds(T *p, Block<T, N> x, size n) {
+requires std::is_arithmetic_v<LaneOf<T>> KEPS_INLINE void storeEnds(T *p, Block<T, N> x, size n) {
     constexpr int bytes = K * static_cast<int>(sizeof(T));
     if (K == 1 || n >= K) {
         T *q = p + n - K;
@@ -227,16 +225,18 @@ KEPS_INLINE void prefetch(const T *p, size ahead) {
 template <int N, int Unroll = 4, int Ahead = 0, class Op, class To, class... From>
 KEPS_INLINE void map(size n, const Op &op, To *dst, const From *...src) {
     // An operator that says so has the halves of its results stored apart.
-    constexpr bool joined = !requires {
-        typename Op::separateHalves;
+    const auto put = [](To *p, const auto &x) KEPS_INLINE_LAMBDA {
+        if constexpr (requires { typename Op::separateHalves; })
+            storeBlock<N, false>(p, x);
+        else
+            storeBlock<N>(p, x);
     };
     const auto at = [&](size i) KEPS_INLINE_LAMBDA { return apply(op, loadBlock<N>(src + i)...); };
     // Blocks that may overlap: all loads come before the first store.
     const auto blocks = [&]<class... Start>(Start... starts) KEPS_INLINE_LAMBDA {
-        const auto put = [&](auto... results) KEPS_INLINE_LAMBDA {
-            (storeBlock<N, joined>(dst + starts, results), ...);
-        };
-        put(at(starts)...);
+        const auto putAll = [&](auto... results)
+                                KEPS_INLINE_LAMBDA { (put(dst + starts, results), ...); };
+        putAll(at(starts)...);
     };
     if (n < N) [[unlikely]] {
         storeEnds<N>(dst, apply(op, loadEnds<N>(src, n)...), n);
@@ -259,8 +259,8 @@ KEPS_INLINE void map(size n, const Op &op, To *dst, const From *...src) {
             const auto head = at(0);
             i = static_cast<size>(beyond / sizeof(To));
             const auto next = at(i);
-            storeBlock<N, joined>(dst, head);
-            storeBlock<N, joined>(dst + i, next);
+            put(dst, head);
+            put(dst + i, next);
             i += N;
         }
     }
@@ -268,12 +268,9 @@ KEPS_INLINE void map(size n, const Op &op, To *dst, const From *...src) {
         if constexpr (Ahead > 0) (prefetch<round>(src + i, Ahead), ...);
         // One after the other: grouped loads run into later lines of sources that lie across
         // boundaries, which costs a fifth where the second cache feeds them.
-        times<Unroll>([&](int k) KEPS_INLINE_LAMBDA {
-            storeBlock<N, joined>(dst + i + k * N, at(i + k * N));
-        });
+        times<Unroll>([&](int k) KEPS_INLINE_LAMBDA { put(dst + i + k * N, at(i + k * N)); });
     }
-    times<Unroll>(
-        [&](int k) KEPS_INLINE_LAMBDA { storeBlock<N, joined>(dst + lastRound + k * N, tail[k]); });
+    times<Unroll>([&](int k) KEPS_INLINE_LAMBDA { put(dst + lastRound + k * N, tail[k]); });
 }
 
 } // namespace keps

@@ -24,10 +24,10 @@ struct Points {
 };
 
 KEPS_INLINE f32x4 loadPair(const float *p) {
-    return {_mm_castpd_ps(_mm_load_sd(reinterpret_cast<const double *>(p)))};
+    return {_mm_castpd_ps(_mm_set_sd(loadAs<double>(p)))};
 }
 KEPS_INLINE void storePair(float *p, f32x4 x) {
-    _mm_store_sd(reinterpret_cast<double *>(p), _mm_castps_pd(x.v));
+    storeAs(p, _mm_cvtsd_f64(_mm_castps_pd(x.v)));
 }
 
 // Two arrays: 2 shuffles and a join a vector on the way in, an extraction and 2 shuffles out.
@@ -52,11 +52,18 @@ struct SplitPoints {
         }
     }
     KEPS_INLINE Half<V> loadHalf(int i) const {
-        return unpackLower(loadPair(reals + i), loadPair(imags + i));
+        if constexpr (sizeof(T) == 4)
+            return unpackLower(loadPair(reals + i), loadPair(imags + i));
+        else
+            return {_mm_loadh_pd(_mm_set_sd(loadOne(reals + i)), imags + i)};
     }
     KEPS_INLINE void storeHalf(int i, f32x4 x) const {
         storePair(reals + i, {_mm_permute_ps(x.v, 0x88)});
         storePair(imags + i, {_mm_permute_ps(x.v, 0xDD)});
+    }
+    KEPS_INLINE void storeHalf(int i, f64x2 x) const {
+        storeOne(reals + i, _mm_cvtsd_f64(x.v));
+        storeOne(imags + i, _mm_cvtsd_f64(_mm_unpackhi_pd(x.v, x.v)));
     }
     KEPS_INLINE E *re(int i) const { return reals + i; }
     KEPS_INLINE E *im(int i) const { return imags + i; }
@@ -167,15 +174,17 @@ KEPS_INLINE void points1(In in, Out out, typename In::T factor) {
 }
 
 template <bool scaled, class In, class Out>
-KEPS_INLINE void points2(In in, Out out, typename In::T factor) {
-    using T = typename In::T;
-    const T re0 = loadOne(in.re(0)), re1 = loadOne(in.re(1));
-    const T im0 = loadOne(in.im(0)), im1 = loadOne(in.im(1));
-    const auto put = [&](T *to, T x) KEPS_INLINE_LAMBDA { storeOne(to, scaled ? x * factor : x); };
-    put(out.re(0), re0 + re1);
-    put(out.im(0), im0 + im1);
-    put(out.re(1), re0 - re1);
-    put(out.im(1), im0 - im1);
+KEPS_INLINE void points2_32f(In in, Out out, float factor) {
+    const __m128 x = in.loadHalf(0).v, a = _mm_movelh_ps(x, x), b = _mm_movehl_ps(x, x);
+    const __m128 sign = _mm_setr_ps(0.0F, 0.0F, -0.0F, -0.0F);
+    out.storeHalf(0, times_<scaled>(f32x4{_mm_add_ps(a, _mm_xor_ps(b, sign))}, factor));
+}
+
+template <bool scaled, class In, class Out>
+KEPS_INLINE void points2_64f(In in, Out out, double factor) {
+    const f64x2 a = in.loadHalf(0), b = in.loadHalf(1);
+    out.storeHalf(0, times_<scaled>(a + b, factor));
+    out.storeHalf(1, times_<scaled>(a - b, factor));
 }
 
 // Two pairs of points side by side: s holds the sums of points 0, 2 and of 1, 3, d their
@@ -192,16 +201,18 @@ KEPS_INLINE void points4_32f(In in, Out out, float factor) {
     out.storeHalf(2, times_<scaled>(f32x4{_mm_sub_ps(u, v)}, factor));
 }
 
+// Point by point: nothing crosses the halves of a vector, so the way through is shorter.
 template <Direction direction, bool scaled, class In, class Out>
 KEPS_INLINE void points4_64f(In in, Out out, double factor) {
-    const f64x4 a = in.load(0), b = in.load(2);
-    const f64x4 s = a + b, d = a - b, u = lowerHalves(s, d);
+    const f64x2 a = in.loadHalf(0), b = in.loadHalf(1), c = in.loadHalf(2), d = in.loadHalf(3);
+    const f64x2 s0 = a + c, d0 = a - c, s1 = b + d, d1 = b - d;
     constexpr double z = 0.0;
-    const __m256d sign =
-        direction == forward ? _mm256_setr_pd(z, z, z, -z) : _mm256_setr_pd(z, z, -z, z);
-    const f64x4 v = {_mm256_xor_pd(_mm256_permute_pd(upperHalves(s, d).v, 0x6), sign)};
-    out.store(0, times_<scaled>(u + v, factor));
-    out.store(2, times_<scaled>(u - v, factor));
+    const __m128d sign = direction == forward ? _mm_setr_pd(z, -z) : _mm_setr_pd(-z, z);
+    const f64x2 turn = {_mm_xor_pd(_mm_shuffle_pd(d1.v, d1.v, 1), sign)};
+    out.storeHalf(0, times_<scaled>(s0 + s1, factor));
+    out.storeHalf(1, times_<scaled>(d0 + turn, factor));
+    out.storeHalf(2, times_<scaled>(s0 - s1, factor));
+    out.storeHalf(3, times_<scaled>(d0 - turn, factor));
 }
 
 // Two rows of four: sums and turned differences, brought side by side as points c of both, and a
@@ -233,7 +244,8 @@ template <int Order, Direction direction, bool scaled, class In, class Out>
 KEPS_INLINE void transform(In in, Out out, typename In::T factor) {
     constexpr bool single = sizeof(typename In::T) == 4;
     if constexpr (Order == 0) points1<scaled>(in, out, factor);
-    if constexpr (Order == 1) points2<scaled>(in, out, factor);
+    if constexpr (Order == 1 && single) points2_32f<scaled>(in, out, factor);
+    if constexpr (Order == 1 && !single) points2_64f<scaled>(in, out, factor);
     if constexpr (Order == 2 && single) points4_32f<direction, scaled>(in, out, factor);
     if constexpr (Order == 2 && !single) points4_64f<direction, scaled>(in, out, factor);
     if constexpr (Order == 3 && single) points8_32f<direction, scaled>(in, out, factor);

@@ -20,7 +20,7 @@ struct Quad32 {
     KEPS_INLINE static Quad32 load(const float *p) { return {_mm_loadu_ps(p)}; }
     KEPS_INLINE void store(float *p) const { _mm_storeu_ps(p, v); }
     KEPS_INLINE void storeUpperPair(float *p) const {
-        _mm_storeh_pd(reinterpret_cast<double *>(p), _mm_castps_pd(v));
+        storeAs(p, _mm_cvtsd_f64(_mm_castps_pd(_mm_movehl_ps(v, v))));
     }
     KEPS_INLINE static Quad32 of(float a, float b, float c, float d) {
         return {_mm_setr_ps(a, b, c, d)};
