@@ -225,7 +225,7 @@ KEPS_INLINE void prefetch(const T *p, size ahead) {
 template <int N, int Unroll = 4, int Ahead = 0, class Op, class To, class... From>
 KEPS_INLINE void map(size n, const Op &op, To *dst, const From *...src) {
     // An operator that says so has the halves of its results stored apart.
-    const auto put = [](To *p, const auto &x) KEPS_INLINE_LAMBDA {
+    const auto put = [](To *p, const Block<To, N> &x) KEPS_INLINE_LAMBDA {
         if constexpr (requires { typename Op::separateHalves; })
             storeBlock<N, false>(p, x);
         else
