@@ -46,59 +46,6 @@ KEPS_INLINE void store(T *p, two<int128<T>> x) {
     _mm256_storeu_si256(reinterpret_cast<__m256i *>(p), _mm256_set_m128i(x.hi.v, x.lo.v));
 }
 
-// The first bytes bytes, 0 < bytes <= 16, zero behind them; touches no other byte. A few scalar
-// loads, without a loop.
-KEPS_INLINE __m128i loadBytes(const void *from, size bytes) {
-    const char *p = static_cast<const char *>(from);
-    if (bytes == 16) return _mm_loadu_si128(reinterpret_cast<const __m128i *>(p));
-    if (bytes > 8) {
-        const auto low = loadAs<std::uint64_t>(p);
-        const auto high = loadAs<std::uint64_t>(p + bytes - 8) >> (8 * (16 - bytes));
-        return _mm_set_epi64x(static_cast<long long>(high), static_cast<long long>(low));
-    }
-    std::uint64_t low = 0;
-    if (bytes == 8) {
-        low = loadAs<std::uint64_t>(p);
-    } else if (bytes >= 4) {
-        low = loadAs<std::uint32_t>(p) | std::uint64_t{loadAs<std::uint32_t>(p + bytes - 4)}
-                                             << (8 * (bytes - 4));
-    } else if (bytes >= 2) {
-        low = loadAs<std::uint16_t>(p) | std::uint64_t{loadAs<std::uint16_t>(p + bytes - 2)}
-                                             << (8 * (bytes - 2));
-    } else {
-        low = loadAs<std::uint8_t>(p);
-    }
-    return _mm_cvtsi64_si128(static_cast<long long>(low));
-}
-
-// The first bytes bytes, 0 < bytes <= 16.
-KEPS_INLINE void storeBytes(void *to, __m128i x, size bytes) {
-    char *p = static_cast<char *>(to);
-    if (bytes == 16) return _mm_storeu_si128(reinterpret_cast<__m128i *>(p), x);
-    auto low = static_cast<std::uint64_t>(_mm_cvtsi128_si64(x));
-    if (bytes & 8) {
-        storeAs(p, low);
-        low = static_cast<std::uint64_t>(_mm_extract_epi64(x, 1));
-        p += 8;
-    }
-    if (bytes & 4) {
-        storeAs(p, static_cast<std::uint32_t>(low));
-        low >>= 32;
-        p += 4;
-    }
-    if (bytes & 2) {
-        storeAs(p, static_cast<std::uint16_t>(low));
-        low >>= 16;
-        p += 2;
-    }
-    if (bytes & 1) storeAs(p, static_cast<std::uint8_t>(low));
-}
-
-template <class V>
-inline constexpr bool isInt128 = false;
-template <class T>
-inline constexpr bool isInt128<int128<T>> = true;
-
 // All lanes the same.
 template <class T>
 KEPS_INLINE int128<T> splatInt(T x) {
