@@ -68,17 +68,21 @@ struct BothHigh : Both {
 // The polynomials' kernels differ by their series alone.
 template <const auto &series>
 struct SineShort : Sine {
-    KEPS_INLINE static void fast(const V *x, V *y, V &outside) {
-        *y = sineByHalves(*x, series);
+    static constexpr int mids = 1;
+    KEPS_INLINE static void first(const V *x, V *mid, V &outside) {
+        *mid = foldedSine(*x);
         outside = beyond(*x, Turn<V>::limit);
     }
+    KEPS_INLINE static void second(const V *mid, V *y) { *y = sineOfFolded(*mid, series); }
 };
 template <const auto &series>
 struct CosineShort : Cosine {
-    KEPS_INLINE static void fast(const V *x, V *y, V &outside) {
-        *y = cosineByHalves(*x, series);
+    static constexpr int mids = 1;
+    KEPS_INLINE static void first(const V *x, V *mid, V &outside) {
+        *mid = foldedCosine(*x);
         outside = beyond(*x, Turn<V>::limit);
     }
+    KEPS_INLINE static void second(const V *mid, V *y) { *y = sineOfFolded(*mid, series); }
 };
 template <const auto &sines, const auto &cosines>
 struct BothShort : Both {
