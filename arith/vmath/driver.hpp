@@ -7,7 +7,8 @@
 //   static int rare(const T *x, T *y);       one such lane, by itself; its code
 // or, in place of fast, its two stages:
 //   static constexpr int mids;               how many vectors pass from the first to the second
-//   static void first(x, mid, outside);
+//   static void first(x, mid, extent);       joins to extent what it wants to know of x
+//   static V outside(extent);                the lanes where any x joined to it was outside
 //   static void second(mid, y);
 // which run one after the other over stretches of the arrays: a chain of dependent operations too
 // long for the processor to look across many of them becomes two that are not. A kernel may have
@@ -30,7 +31,8 @@ namespace keps::vmath {
 class Control {
 public:
     Control() : found(_mm_getcsr()) {
-        if (found != own) kep_set_cw_ssx(own);
+        // Exceptions of before may stay: loading the word costs as much as some vectors.
+        if ((found & ~exceptions) != own) kep_set_cw_ssx(own);
     }
     ~Control() {
         const unsigned current = _mm_getcsr();
@@ -94,8 +96,9 @@ KEPS_INLINE int runVectors(const Element<K> *const *src, Element<K> *const *dst,
     const auto compute = [&](const V *x, V *y, unsigned among) KEPS_INLINE_LAMBDA {
         V outside;
         if constexpr (TwoStages<K>) {
-            V mid[K::mids];
-            K::first(x, mid, outside);
+            V mid[K::mids], extent = zero<V>();
+            K::first(x, mid, extent);
+            outside = K::outside(extent);
             K::second(mid, y);
         } else {
             K::fast(x, y, outside);
@@ -153,25 +156,26 @@ KEPS_INLINE int runStages(const Element<K> *const *src, Element<K> *const *dst, 
     for (size i = 0, n; i < len; i += n) {
         n = len - i < stretch * V::lanes ? len - i : stretch * V::lanes;
         const size rest = n % V::lanes, end = n - rest;
-        V marks = zero<V>();
-        const auto first = [&](const V *x, size at) KEPS_INLINE_LAMBDA {
-            V m[K::mids], outside;
-            K::first(x, m, outside);
+        V extent = zero<V>(), last = extent;
+        const auto first = [&](const V *x, size at, V &joined) KEPS_INLINE_LAMBDA {
+            V m[K::mids];
+            K::first(x, m, joined);
             times<K::mids>([&](int k) KEPS_INLINE_LAMBDA { storeAligned(mid[k] + at, m[k]); });
-            return outside;
         };
+#pragma GCC unroll 2
         for (size at = 0; at < end; at += V::lanes) {
             V x[K::in];
             times<K::in>([&](int k) KEPS_INLINE_LAMBDA { x[k] = load<V>(src[k] + i + at); });
-            marks = marks | first(x, at);
+            first(x, at, extent);
         }
         if (rest) {
             V x[K::in];
             times<K::in>([&](int k)
                              KEPS_INLINE_LAMBDA { x[k] = loadPart<V>(src[k] + i + end, rest); });
-            marks = marks | (first(x, end) & firstLanes<V>(rest));
+            first(x, end, last);
+            last = last & firstLanes<V>(rest);
         }
-        if (signs(marks)) [[unlikely]] {
+        if (signs(K::outside(extent) | K::outside(last))) [[unlikely]] {
             const Element<K> *from[K::in];
             Element<K> *to[K::out];
             for (int k = 0; k < K::in; ++k) from[k] = src[k] + i;
@@ -184,6 +188,7 @@ KEPS_INLINE int runStages(const Element<K> *const *src, Element<K> *const *dst, 
             times<K::mids>([&](int k) KEPS_INLINE_LAMBDA { m[k] = loadAligned<V>(mid[k] + at); });
             K::second(m, y);
         };
+#pragma GCC unroll 2
         for (size at = 0; at < end; at += V::lanes) {
             V y[K::out];
             second(y, at);
@@ -236,6 +241,15 @@ KEPS_INLINE int run(const Element<K> *src1, const Element<K> *src2, Element<K> *
     const Element<K> *const from[] = {src1, src2};
     Element<K> *const to[] = {dst};
     return run<K>(from, to, len);
+}
+
+template <class V>
+KEPS_INLINE V sizeOf(V x) {
+    return without(x, constant<V>(-0.0));
+}
+template <class V>
+KEPS_INLINE V signOf(V x) {
+    return x & constant<V>(-0.0);
 }
 
 // c[first] + c[first + step] u + c[first + 2 step] u^2 ..., by Horner's rule.

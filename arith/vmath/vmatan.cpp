@@ -7,15 +7,6 @@ using namespace keps::vmath;
 
 namespace {
 
-template <class V>
-KEPS_INLINE V sizeOf(V x) {
-    return without(x, constant<V>(-0.0));
-}
-template <class V>
-KEPS_INLINE V signOf(V x) {
-    return x & constant<V>(-0.0);
-}
-
 // The angle of the point (x, y) from the positive x axis, up to pi, with least and most the smaller
 // and the larger of their sizes; steep is a mask of |y| > |x|, back has x's sign. Both must fit
 // float's range, least up to rounding to 0. The quotient's nearest 32nd c needs few digits; the
@@ -97,12 +88,18 @@ KEPS_INLINE Angle<f64x4> shallow(f64x4 least, f64x4 most) {
 }
 
 // Infinity becomes a quotient of 0; NaN stays in it.
-template <class V>
-KEPS_INLINE Angle<V> atanAngle(V x) {
-    const V size = sizeOf(x), one = constant<V>(1), sign = signOf(x);
+KEPS_INLINE Angle<f32x8> atanAngle(f32x8 x) {
+    using V = f32x8;
+    const V one = splat<V>(1), steep = less(one, sizeOf(x));
+    return {select(steep, x, splat<V>(-1)) / select(steep, one, x),
+            (steep & splat<V>(static_cast<float>(halfPi))) | signOf(x)};
+}
+KEPS_INLINE Angle<f64x4> atanAngle(f64x4 x) {
+    using V = f64x4;
+    const V size = sizeOf(x), one = splat<V>(1), sign = signOf(x);
     const V steep = less(one, size);
     const Angle<V> a = shallow(min(one, size), max(one, size));
-    return {a.t ^ signOf(steep) ^ sign, select(steep, a.from, constant<V>(halfPi) - a.from) | sign};
+    return {a.t ^ signOf(steep) ^ sign, select(steep, a.from, splat<V>(halfPi) - a.from) | sign};
 }
 // For sizes whose sum is finite and not 0.
 template <class V>
@@ -179,11 +176,11 @@ struct AtanSingleHigh : Atan<f32x8> {
 template <class V, const auto &series>
 struct AtanShort : Atan<V> {
     static constexpr int mids = 2;
-    KEPS_INLINE static void first(const V *x, V *mid, V &outside) {
+    KEPS_INLINE static V outside(V) { return zero<V>(); }
+    KEPS_INLINE static void first(const V *x, V *mid, V &) {
         const Angle<V> a = atanAngle(*x);
         mid[0] = a.t;
         mid[1] = a.from;
-        outside = zero<V>();
     }
     KEPS_INLINE static void second(const V *mid, V *y) {
         *y = Angle<V>{mid[0], mid[1]}.value(series);
@@ -220,11 +217,12 @@ struct Atan2SingleHigh : Atan2<f32x8> {
 template <class V, const auto &series>
 struct Atan2Short : Atan2<V> {
     static constexpr int mids = 2;
-    KEPS_INLINE static void first(const V *x, V *mid, V &outside) {
+    KEPS_INLINE static V outside(V marks) { return marks; }
+    KEPS_INLINE static void first(const V *x, V *mid, V &extent) {
         const Angle<V> a = atan2Angle(x[0], x[1]);
         mid[0] = a.t;
         mid[1] = a.from;
-        outside = atan2Beyond(x[0], x[1]);
+        extent = extent | atan2Beyond(x[0], x[1]);
     }
     KEPS_INLINE static void second(const V *mid, V *y) {
         *y = Angle<V>{mid[0], mid[1]}.value(series);

@@ -63,14 +63,16 @@ struct DoubleHigh : Double {
 template <const auto &series>
 struct DoubleShort : Double {
     static constexpr int mids = 2;
-    KEPS_INLINE static void first(const V *x, V *mid, V &outside) {
-        const V field = (*x * splat<V>(0x1.6a09e667f3bcdp+0)) & splatBits<V>(0x7FF0000000000000);
+    KEPS_INLINE static void first(const V *x, V *mid, V &extent) {
+        const V field = (*x * splat<V>(0x1.6a09e667f3bcdp+0)) & splatBits<V>(0xFFF0000000000000);
         const V m = ((*x ^ field) & splatBits<V>(0x001FFFFFFFFFFFFF)) ^ splat<V>(1);
-        const __m128i exponent = _mm_sub_epi32(highWords(field), _mm_set1_epi32(1023 << 20));
+        const V e = {
+            _mm256_cvtepi32_pd(_mm_sub_epi32(highWords(field), _mm_set1_epi32(1023 << 20)))};
         mid[0] = (m - splat<V>(1)) / (m + splat<V>(1));
-        mid[1] = V{_mm256_cvtepi32_pd(exponent)} * splat<V>(ln2Double * 0x1p-20);
-        outside = lnBeyond(*x);
+        mid[1] = e * splat<V>(ln2Double * 0x1p-20);
+        extent = max(sizeOf(e), extent);
     }
+    KEPS_INLINE static V outside(V e) { return less(splat<V>(1021 * 0x1p20), e); }
     KEPS_INLINE static void second(const V *mid, V *y) {
         *y = mid[1] + mid[0] * flatPolynomial(mid[0] * mid[0], series);
     }
@@ -86,19 +88,23 @@ struct Single {
 };
 // The exponent field of x times the root of 2 is that of the power of two next to x, 2^e; it
 // converts to a number as it stands. Of x = 2^e m, m keeps its digits, and its exponent is 0 or -1
-// as the fields' lowest bits are the same or not. ln m = 2 artanh((m - 1) / (m + 1)).
+// as the fields' lowest bits are the same or not. ln m = 2 artanh((m - 1) / (m + 1)). Zero,
+// subnormal and negative numbers, whose sign stays in the field, infinity and NaN have fields far
+// from e = 0; the outermost normal numbers are left to the rare path with them.
 template <const auto &series>
 struct SingleShort : Single {
     static constexpr int mids = 2;
-    KEPS_INLINE static void first(const V *x, V *mid, V &outside) {
-        const V field = (*x * splat<V>(0x1.6a09e6p+0F)) & splatBits<V>(0x7F800000);
+    KEPS_INLINE static void first(const V *x, V *mid, V &extent) {
+        const V field = (*x * splat<V>(0x1.6a09e6p+0F)) & splatBits<V>(0xFF800000);
         const V m = ((*x ^ field) & splatBits<V>(0x00FFFFFF)) ^ splat<V>(1);
+        const V e = fromIntegerBits(field) - splat<V>(127 * 0x1p23F);
         mid[0] = (m - splat<V>(1)) / (m + splat<V>(1));
-        mid[1] = (fromIntegerBits(field) - splat<V>(127 * 0x1p23F)) * splat<V>(ln2Float * 0x1p-23F);
-        outside = beyond(*x);
+        mid[1] = e * splat<V>(ln2Float * 0x1p-23F);
+        extent = max(sizeOf(e), extent);
     }
+    KEPS_INLINE static V outside(V e) { return less(splat<V>(125 * 0x1p23F), e); }
     KEPS_INLINE static void second(const V *mid, V *y) {
-        *y = mid[1] + mid[0] * horner<0, 1>(mid[0] * mid[0], series);
+        *y = mid[1] + mid[0] * flatPolynomial(mid[0] * mid[0], series);
     }
 };
 struct SingleHigh : Single {

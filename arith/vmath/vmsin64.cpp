@@ -69,19 +69,17 @@ struct BothHigh : Both {
 template <const auto &series>
 struct SineShort : Sine {
     static constexpr int mids = 1;
-    KEPS_INLINE static void first(const V *x, V *mid, V &outside) {
-        *mid = foldedSine(*x);
-        outside = beyond(*x, Turn<V>::limit);
-    }
+    KEPS_INLINE static void first(const V *x, V *mid, V &extent) { *mid = foldedSine(*x, extent); }
+    KEPS_INLINE static V outside(V extent) { return beyondTurns(extent); }
     KEPS_INLINE static void second(const V *mid, V *y) { *y = sineOfFolded(*mid, series); }
 };
 template <const auto &series>
 struct CosineShort : Cosine {
     static constexpr int mids = 1;
-    KEPS_INLINE static void first(const V *x, V *mid, V &outside) {
-        *mid = foldedCosine(*x);
-        outside = beyond(*x, Turn<V>::limit);
+    KEPS_INLINE static void first(const V *x, V *mid, V &extent) {
+        *mid = foldedCosine(*x, extent);
     }
+    KEPS_INLINE static V outside(V extent) { return beyondTurns(extent); }
     KEPS_INLINE static void second(const V *mid, V *y) { *y = sineOfFolded(*mid, series); }
 };
 template <const auto &sines, const auto &cosines>
