@@ -17,20 +17,12 @@ template <int cap, class Kernel>
 [[gnu::noinline]] int splitRegion(std::int32_t len, Kernel kernel) {
     const int allowed = ownGetNumThreads();
     if (allowed <= 1 || len < allowed) return kernel(0, len);
-    std::int32_t team = 1, chunk = len, rest = 0;
     int bad = 0;
 #pragma omp parallel num_threads(cap == wholeTeam ? allowed : cap)                                 \
-    shared(team, chunk, rest, bad, kernel, len) default(none)
+    shared(bad, kernel, len) default(none)
     {
-#pragma omp master
-        {
-            team = omp_get_num_threads();
-            chunk = len / team;
-            rest = len % team;
-        }
-// A master block has no barrier of its own.
-#pragma omp barrier
-        const int t = omp_get_thread_num();
+        const int team = omp_get_num_threads(), t = omp_get_thread_num();
+        const std::int32_t chunk = len / team, rest = len % team;
         const int warning = kernel(t * chunk, t == team - 1 ? chunk + rest : chunk);
         // Threads only ever store a value that is not 0, so their order does not matter.
         if (warning != 0) __atomic_store_n(&bad, warning, __ATOMIC_RELAXED);
