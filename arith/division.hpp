@@ -7,13 +7,14 @@
 
 namespace keps {
 
-// 2^-scaleFactor for quotients and products of samples: at 2^+-100 every result is settled, and
-// nothing leaves a float's range.
-KEPS_INLINE float quotientScale(int scaleFactor) {
+// scaleFactor, and 2^-scaleFactor, for quotients and products of samples: at 2^+-100 every result
+// is settled, and nothing leaves a float's range.
+KEPS_INLINE int quotientExponent(int scaleFactor) {
     constexpr int settled = 100;
-    return powerOf<float>(scaleFactor > settled    ? -settled
-                          : scaleFactor < -settled ? settled
-                                                   : -scaleFactor);
+    return scaleFactor > settled ? settled : (scaleFactor < -settled ? -settled : scaleFactor);
+}
+KEPS_INLINE float quotientScale(int scaleFactor) {
+    return powerOf<float>(-quotientExponent(scaleFactor));
 }
 
 // Collects whether a divisor was zero. The operators of loop shapes are const.
