@@ -29,7 +29,7 @@ template <class Scaling, class Rounding, class From, class To>
         const auto same = [](f32x8 x) KEPS_INLINE_LAMBDA { return x; };
         toBytes<To, Scaling, Rounding>(src, dst, n, scale, same);
     } else {
-        map<32 / sizeof(From), 2>(n, ToInteger<To, Scaling, Rounding>{scale}, dst, src);
+        map<32 / sizeof(From), 4>(n, ToInteger<To, Scaling, Rounding>{scale}, dst, src);
     }
     return kepStatusOk;
 }
