@@ -39,16 +39,18 @@ KEPS_INLINE KepStatus convert(const From *src, To *dst, std::int32_t len, const 
 }
 
 // Arrays of 32-bit integers are read as the bits of floats, a whole vector at a time.
+template <class Scaling>
 struct IntegerBits {
+    Scaling scale;
     KEPS_INLINE f32x8 operator()(f32x8 x) const {
-        return {_mm256_cvtepi32_ps(_mm256_castps_si256(x.v))};
+        return scale(f32x8{_mm256_cvtepi32_ps(_mm256_castps_si256(x.v))});
     }
 };
 template <class Scaling>
-struct ScaledIntegerBits {
-    Scaling scale;
-    KEPS_INLINE f32x8 operator()(f32x8 x) const { return scale(IntegerBits{}(x)); }
-};
+[[gnu::noinline]] KepStatus fromIntegerBits(const float *src, Kep32f *dst, size n, Scaling scale) {
+    map<8, 4>(n, IntegerBits<Scaling>{scale}, dst, src);
+    return kepStatusOk;
+}
 const float *bitsOf(const Kep32s *p) {
     return reinterpret_cast<const float *>(p);
 }
@@ -62,11 +64,18 @@ struct ToScaledFloat {
         return scale(Widen<V>{}(x));
     }
 };
+template <class V, class Scaling, class From>
+[[gnu::noinline]] KepStatus scaledFloats(const From *src, typename V::element *dst, size n,
+                                         Scaling scale) {
+    map<V::lanes, 4>(n, ToScaledFloat<V, Scaling>{scale}, dst, src);
+    return kepStatusOk;
+}
 template <class V, class From>
 KEPS_INLINE KepStatus toScaledFloat(const From *src, typename V::element *dst, std::int32_t len,
                                     int scaleFactor) {
-    return withScaling<typename V::element>(scaleFactor, [&]<class Scaling>(Scaling scale) {
-        return convert<V::lanes, 4>(src, dst, len, ToScaledFloat<V, Scaling>{scale});
+    if (const KepStatus refused = refuse(len, src, dst)) return refused;
+    return withScaling<typename V::element>(scaleFactor, [&](auto scale) KEPS_INLINE_LAMBDA {
+        return scaledFloats<V>(src, dst, len, scale);
     });
 }
 
@@ -124,6 +133,12 @@ struct Narrow32sTo16sUp {
     }
 };
 
+template <int Unroll, class Op>
+[[gnu::noinline]] KepStatus narrowed(const Kep32s *src, Kep16s *dst, size n, Op op) {
+    map<8, Unroll>(n, op, dst, src);
+    return kepStatusOk;
+}
+
 } // namespace
 
 // clang-format off
@@ -133,7 +148,7 @@ KepStatus kepsConvert_8u32f(const Kep8u *src, Kep32f *dst, int32_t len) { return
 KepStatus kepsConvert_16s32s(const Kep16s *src, Kep32s *dst, int32_t len) { return convert<8, 4>(widened<Kep32s>(src), dst, len, Same{}); }
 KepStatus kepsConvert_16s32f(const Kep16s *src, Kep32f *dst, int32_t len) { return convert<8, 4>(widened<Kep32s>(src), dst, len, Widen<f32x8>{}); }
 KepStatus kepsConvert_16u32f(const Kep16u *src, Kep32f *dst, int32_t len) { return convert<8, 4>(widened<Kep32s>(src), dst, len, Widen<f32x8>{}); }
-KepStatus kepsConvert_32s32f(const Kep32s *src, Kep32f *dst, int32_t len) { return convert<8, 4>(bitsOf(src), dst, len, IntegerBits{}); }
+KepStatus kepsConvert_32s32f(const Kep32s *src, Kep32f *dst, int32_t len) { return convert<8, 4>(bitsOf(src), dst, len, IntegerBits<Unscaled>{}); }
 KepStatus kepsConvert_32s64f(const Kep32s *src, Kep64f *dst, int32_t len) { return convert<4, 4>(src, dst, len, Widen<f64x4>{}); }
 KepStatus kepsConvert_32f64f(const Kep32f *src, Kep64f *dst, int32_t len) { return convert<4, 4>(src, dst, len, FloatToDouble{}); }
 KepStatus kepsConvert_64f32f(const Kep64f *src, Kep32f *dst, int32_t len) { return convert<4, 4>(src, dst, len, DoubleToFloat{}); }
@@ -146,8 +161,9 @@ KepStatus kepsConvert_32s64f_Sfs(const Kep32s *src, Kep64f *dst, int32_t len, in
 // clang-format on
 
 KepStatus kepsConvert_32s32f_Sfs(const Kep32s *src, Kep32f *dst, int32_t len, int scaleFactor) {
-    return withScaling<float>(scaleFactor, [&]<class Scaling>(Scaling scale) {
-        return convert<8, 4>(bitsOf(src), dst, len, ScaledIntegerBits<Scaling>{scale});
+    if (const KepStatus refused = refuse(len, src, dst)) return refused;
+    return withScaling<float>(scaleFactor, [&](auto scale) KEPS_INLINE_LAMBDA {
+        return fromIntegerBits(bitsOf(src), dst, len, scale);
     });
 }
 
@@ -166,10 +182,10 @@ KepStatus kepsConvert_16s8s_Sfs(const Kep16s *src, Kep8s *dst, int32_t len, int 
 
 KepStatus kepsConvert_32s16s_Sfs(const Kep32s *src, Kep16s *dst, int32_t len, int scaleFactor) {
     if (const KepStatus refused = refuse(len, src, dst)) return refused;
-    if (scaleFactor == 0) return convert<8, 4>(src, dst, len, Narrow32sTo16s{});
+    if (scaleFactor == 0) return narrowed<4>(src, dst, len, Narrow32sTo16s{});
     // At most one half at 32.
     if (scaleFactor > 31) return kepsZero_16s(dst, len);
-    if (scaleFactor > 16) return convert<8, 2>(src, dst, len, Narrow32sTo16sDown{scaleFactor});
-    if (scaleFactor > 0) return convert<8, 2>(src, dst, len, Narrow32sTo16sNear{scaleFactor});
-    return convert<8, 2>(src, dst, len, Narrow32sTo16sUp{scaleFactor < -15 ? 15 : -scaleFactor});
+    if (scaleFactor > 16) return narrowed<2>(src, dst, len, Narrow32sTo16sDown{scaleFactor});
+    if (scaleFactor > 0) return narrowed<2>(src, dst, len, Narrow32sTo16sNear{scaleFactor});
+    return narrowed<2>(src, dst, len, Narrow32sTo16sUp{scaleFactor < -15 ? 15 : -scaleFactor});
 }
