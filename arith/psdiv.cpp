@@ -19,7 +19,7 @@ template <class Wide, class Divisor, class Dividend, class To>
         return onPadded<N>(whole, n, dst, src1, src2);
     }
     const Quotient<To, Wide, ToNearest> op{splat<Wide>(scale), {}};
-    map<N, 2>(n, op, dst, src1, src2);
+    map<N, 2>(n, op, dst, quotientSource<Wide>(src1), quotientSource<Wide>(src2));
     return op.zeros.warning();
 }
 

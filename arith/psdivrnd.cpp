@@ -15,7 +15,7 @@ template <class Rounding, class T>
         return onPadded<8>(whole, n, dst, src1, src2);
     }
     const Quotient<T, f32x8, Rounding> op{splat<f32x8>(scale), {}};
-    map<8, 2>(n, op, dst, src1, src2);
+    map<8, 2>(n, op, dst, quotientSource<f32x8>(src1), quotientSource<f32x8>(src2));
     return op.zeros.warning();
 }
 
