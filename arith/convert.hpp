@@ -78,7 +78,10 @@ struct ToNearest {
 };
 // By the caller's rounding mode.
 struct AsSet {
-    KEPS_INLINE static two<i32x4> round(f32x8 x) { return toInt(x); }
+    template <class V>
+    KEPS_INLINE static auto round(V x) {
+        return toInt(x);
+    }
 };
 // Ties away from zero. The sum must be rounded toward zero: to nearest, the number just below one
 // half would become 1.
@@ -90,20 +93,36 @@ struct HalfAway {
     }
 };
 
-// For kernels by HalfAway: a kernel by this rounding turns the control register and calls that one,
-// which must not be inlined, so that none of its work moves past the turn. The common roundings are
-// free of the frame that it takes.
+// Roundings of kernels that see to the control register and call a kernel by another rounding. That
+// one must not be inlined, so that none of its work moves past a change of the register; and short
+// arrays to nearest are free of the frame that the register takes.
+
+// For HalfAway: turns the register.
 struct HalfAwayInScope {
-    using Within = HalfAway;
+    template <class Run>
+    KEPS_INLINE static KepStatus dispatch(const Run &run) {
+        const RoundingScope scope(roundTowardZero);
+        return run(HalfAway{});
+    }
+};
+// To nearest by the caller's mode where that is to nearest, an instruction less a block: to read
+// the register takes as long as some 200 elements.
+struct ToNearestLong {
+    static constexpr size worthReading = 512;
+    template <class Run>
+    KEPS_INLINE static KepStatus dispatch(const Run &run) {
+        return isRounding(roundNearest) ? run(AsSet{}) : run(ToNearest{});
+    }
 };
 template <class Rounding>
-inline constexpr bool needsScope = std::is_same_v<Rounding, HalfAwayInScope>;
+concept Dispatching =
+    std::is_same_v<Rounding, HalfAwayInScope> || std::is_same_v<Rounding, ToNearestLong>;
 
 template <class Run>
-KEPS_INLINE KepStatus withRounding(int rndMode, const Run &run) {
-    if (rndMode == kepRoundNearest) return run(ToNearest{});
+KEPS_INLINE KepStatus withRounding(int rndMode, size n, const Run &run) {
     if (rndMode == kepRoundTowardZero) return run(TowardZero{});
-    return run(HalfAwayInScope{});
+    if (rndMode != kepRoundNearest) return run(HalfAwayInScope{});
+    return n < ToNearestLong::worthReading ? run(ToNearest{}) : run(ToNearestLong{});
 }
 
 // To integers of To: the maximum by min, the minimum and NaN by the conversion and the narrowing.

@@ -82,9 +82,10 @@ KEPS_INLINE KepStatus toScaledFloat(const From *src, typename V::element *dst, s
 // To 8 bits through float, which holds the samples and their scaled values exactly.
 template <class Scaling, class Rounding, class From>
 [[gnu::noinline]] KepStatus to8s(const From *src, Kep8s *dst, size n, Scaling scale) {
-    if constexpr (needsScope<Rounding>) {
-        const RoundingScope scope(roundTowardZero);
-        return to8s<Scaling, typename Rounding::Within>(src, dst, n, scale);
+    if constexpr (Dispatching<Rounding>) {
+        return Rounding::dispatch([=]<class Own>(Own) KEPS_INLINE_LAMBDA {
+            return to8s<Scaling, Own>(src, dst, n, scale);
+        });
     } else {
         toBytes<Kep8s, Scaling, Rounding>(widened<Kep32s>(src), dst, n, scale, Widen<f32x8>{});
     }
@@ -94,7 +95,7 @@ template <class From>
 KEPS_INLINE KepStatus to8sByMode(const From *src, Kep8s *dst, std::int32_t len, int rndMode,
                                  int scaleFactor) {
     return withScaling<float>(scaleFactor, [&]<class Scaling>(Scaling scale) {
-        return withRounding(rndMode, [&]<class Rounding>(Rounding) {
+        return withRounding(rndMode, len, [&]<class Rounding>(Rounding) {
             return to8s<Scaling, Rounding>(src, dst, len, scale);
         });
     });

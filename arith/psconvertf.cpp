@@ -20,9 +20,10 @@ struct ToInteger32 {
 
 template <class Scaling, class Rounding, class From, class To>
 [[gnu::noinline]] KepStatus toInteger(const From *src, To *dst, size n, Scaling scale) {
-    if constexpr (needsScope<Rounding>) {
-        const RoundingScope scope(roundTowardZero);
-        return toInteger<Scaling, typename Rounding::Within>(src, dst, n, scale);
+    if constexpr (Dispatching<Rounding>) {
+        return Rounding::dispatch([=]<class Own>(Own) KEPS_INLINE_LAMBDA {
+            return toInteger<Scaling, Own>(src, dst, n, scale);
+        });
     } else if constexpr (sizeof(From) == 4 && sizeof(To) == 4) {
         map<8, 2>(n, ToInteger32<Scaling, Rounding>{scale}, reinterpret_cast<float *>(dst), src);
     } else if constexpr (sizeof(From) == 4 && sizeof(To) == 1) {
@@ -39,7 +40,7 @@ KEPS_INLINE KepStatus toInteger(const From *src, To *dst, std::int32_t len, int 
                                 int scaleFactor) {
     if (const KepStatus refused = refuse(len, src, dst)) return refused;
     return withScaling<From>(scaleFactor, [&]<class Scaling>(Scaling scale) {
-        return withRounding(rndMode, [&]<class Rounding>(Rounding) {
+        return withRounding(rndMode, len, [&]<class Rounding>(Rounding) {
             return toInteger<Scaling, Rounding>(src, dst, size{len}, scale);
         });
     });

@@ -257,7 +257,11 @@ KEPS_INLINE u8x16 narrowUnsigned(i16x8 a, i16x8 b) {
 KEPS_INLINE f64x4 toDouble(i32x4 x) {
     return {_mm256_cvtepi32_pd(x.v)};
 }
-// To 32-bit integers, truncated; what does not fit becomes 0x80000000.
+// To 32-bit integers by the current rounding mode, or truncated; what does not fit becomes
+// 0x80000000.
+KEPS_INLINE i32x4 toInt(f64x4 x) {
+    return {_mm256_cvtpd_epi32(x.v)};
+}
 KEPS_INLINE i32x4 toIntTruncated(f64x4 x) {
     return {_mm256_cvttpd_epi32(x.v)};
 }
