@@ -24,7 +24,7 @@ struct Split {
     // n samples, at least V::lanes.
     KEPS_INLINE void take(const E *x, size n) {
         const auto vectorAt = [&](size i) KEPS_INLINE_LAMBDA {
-            const auto z = loadPlanar<V>(x + 2 * i);
+            const auto z = loadSplit<V>(x + 2 * i);
             store(re + i, z.re);
             store(im + i, z.im);
         };
@@ -103,8 +103,8 @@ KEPS_INLINE void splitVertical(const typename Tap::E *table, const typename Tap:
         }
         // The last vector lies over the one before it where outputs don't fill it.
         const auto *sums = split.sums;
-        for (size i = 0; i < n - V::lanes; i += V::lanes) storePlanar(y + 2 * i, *sums++);
-        storePlanar(y + 2 * (n - V::lanes), *sums);
+        for (size i = 0; i < n - V::lanes; i += V::lanes) storeJoined(y + 2 * i, *sums++);
+        storeJoined(y + 2 * (n - V::lanes), *sums);
         x += 2 * n;
         y += 2 * n;
         count -= n;
