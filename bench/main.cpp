@@ -1,5 +1,5 @@
-// The bench runner: bench [family...]. Google Benchmark drives; each iteration times a batch of
-// ours and a batch of the peer's, in turns.
+// The bench runner: bench [family...] [--large]. Google Benchmark drives; each iteration times a
+// batch of ours and a batch of the peer's, in turns.
 #include <algorithm>
 #include <benchmark/benchmark.h>
 #include <chrono>
@@ -147,6 +147,7 @@ Family::Family(const char *name, void (*addCases)()) {
 int main(int count, char **arguments) {
     benchmark::Initialize(&count, arguments);
     std::vector<std::string> chosen(arguments + 1, arguments + count);
+    bench::large = std::erase(chosen, "--large") > 0;
     for (const std::string &name : chosen) {
         if (families().count(name)) continue;
         std::fprintf(stderr, "bench: no family \"%s\"; there are:", name.c_str());
