@@ -21,7 +21,9 @@ template <class V>
 class ZeroWatch {
 public:
     KEPS_INLINE void look(V divisor) const { seen = seen | equal(divisor, zero<V>()); }
-    KEPS_INLINE int warning() const { return signs(seen) != 0; }
+    KEPS_INLINE KepStatus warning() const {
+        return signs(seen) ? kepStatusDivisionWarning : kepStatusOk;
+    }
 
 private:
     mutable V seen = zero<V>();
@@ -37,13 +39,14 @@ struct Padded {
     }
 };
 
-// As map, for operators that watch their sources: for n below N too.
-template <int N, int Unroll, class Op, class To, class... From>
-KEPS_INLINE void mapWatched(size n, const Op &op, To *dst, const From *...src) {
-    if (n >= N) return map<N, Unroll>(n, op, dst, src...);
+// Fewer than N elements: kernel(src..., dst) works on N in copies. Apart, so that a kernel's common
+// course is free of the copies' frame.
+template <int N, class Kernel, class To, class... From>
+[[gnu::noinline]] KepStatus onPadded(Kernel kernel, size n, To *dst, const From *...src) {
     To result[N];
-    storeBlock<N>(result, apply(op, loadBlock<N>(Padded<N, From>(src, n).element)...));
+    const KepStatus warning = kernel(Padded<N, From>(src, n).element..., result);
     for (size i = 0; i < n; ++i) storeOne(dst + i, result[i]);
+    return warning;
 }
 
 // The substitutes for zero divisors come from the float quotient: infinities saturate by the

@@ -32,7 +32,7 @@ template <class T>
 void addUnit(const char *name, std::int64_t n, KepStatus (*f)(const T *, const T *, T *, int32_t),
              void (*unit)(int)) {
     harness::Random random(1);
-    const auto a = bench::randomArray<T>(n, random), b = bench::randomArray<T>(n, random);
+    const auto a = bench::randomArray<T>(n, random), b = bench::randomArray<T>(n, random, 1);
     const bench::Array<T> d(n);
     const int len = static_cast<int>(n);
     bench::add({"div", name, n, "the divide unit", [=] { f(a.data(), b.data(), d.data(), len); },
@@ -42,7 +42,7 @@ void addUnit(const char *name, std::int64_t n, KepStatus (*f)(const T *, const T
 template <class T, class Function>
 void addThreads(const char *name, std::int64_t n, Function f) {
     harness::Random random(1);
-    const auto a = bench::randomArray<T>(n, random), b = bench::randomArray<T>(n, random);
+    const auto a = bench::randomArray<T>(n, random), b = bench::randomArray<T>(n, random, 1);
     const bench::Array<T> d(n);
     const int len = static_cast<int>(n);
     const auto on = [=](int threads) {
