@@ -132,7 +132,10 @@ struct SumOf {
                                  : sizeof(T) == 4      ? 32
                                  : std::is_signed_v<T> ? 16
                                                        : 17;
-    static constexpr int lower = sizeof(T) == 1 ? -7 : sizeof(T) == 2 ? -15 : -30;
+    static constexpr int lower = sizeof(T) == 1        ? -7
+                                 : sizeof(T) == 4      ? -30
+                                 : std::is_signed_v<T> ? -14
+                                                       : -15;
 
     KEPS_INLINE static V plain(V a, V b) { return saturatedSum(a, b); }
     KEPS_INLINE static V half(V a, V b) {
@@ -177,7 +180,10 @@ struct DifferenceOf {
     using result = T;
     using V = int128<T>;
     static constexpr int upper = 8 * sizeof(T);
-    static constexpr int lower = sizeof(T) == 1 ? -7 : sizeof(T) == 2 ? -15 : -30;
+    static constexpr int lower = sizeof(T) == 1        ? -7
+                                 : sizeof(T) == 4      ? -30
+                                 : std::is_signed_v<T> ? -14
+                                                       : -15;
 
     KEPS_INLINE static V plain(V a, V b) { return saturatedDifference(a, b); }
     KEPS_INLINE static V half(V a, V b) {
@@ -325,7 +331,7 @@ template <>
 struct ProductOf<Kep16s> {
     using result = Kep16s;
     using V = i16x8;
-    static constexpr int upper = 30, lower = -15;
+    static constexpr int upper = 30, lower = -14;
 
     KEPS_INLINE static two<i32x4> exact(V a, V b) {
         return interleave<Kep32s>(mulLow(a, b), mulHigh(a, b));
@@ -527,7 +533,7 @@ template <>
 struct ProductOf<Kep16sc> {
     using result = Kep16s;
     using V = i16x8;
-    static constexpr int upper = 31, lower = -15;
+    static constexpr int upper = 31, lower = -14;
 
     KEPS_INLINE static V plain(V a, V b) {
         const ComplexProduct16 p(a, b);

@@ -213,6 +213,14 @@ KEPS_INLINE int128<T> mulHigh(int128<T> a, int128<T> b) {
 KEPS_INLINE i16x8 mulRounded(i16x8 a, i16x8 b) {
     return {_mm_mulhrs_epi16(a.v, b.v)};
 }
+// a with its sign changed where b is negative, 0 where b is 0; of 16 and 32 bits.
+template <class T>
+KEPS_INLINE int128<T> withSign(int128<T> a, int128<T> b) {
+    if constexpr (sizeof(T) == 2)
+        return {_mm_sign_epi16(a.v, b.v)};
+    else
+        return {_mm_sign_epi32(a.v, b.v)};
+}
 // a * b + the next lanes' a * b, pair by pair.
 KEPS_INLINE i32x4 mulAddPairs(i16x8 a, i16x8 b) {
     return {_mm_madd_epi16(a.v, b.v)};
