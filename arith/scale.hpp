@@ -3,9 +3,10 @@
 //
 // An operation (integerops.hpp) is a struct of static members: upper and lower, the scale factors
 // beyond which all results are 0 or a bound; plain, the saturated result; half, that of scale
-// factor 1; and down(s, run), which hands run the rule of a scale factor of 2 and more. A rule is
-// made from the scale factor, once per call, and is then an operator on vectors. Everything else
-// about scale factors stands here.
+// factor 1; down(s, run), which hands run the rule of a scale factor of 2 and more; and Up, the
+// rule of negative ones, if there is a shorter one than a shift of plain's result. A rule is made
+// from the scale factor, once per call, and is then an operator on vectors. Everything else about
+// scale factors stands here.
 #pragma once
 
 #include <limits>
@@ -129,7 +130,12 @@ KEPS_INLINE KepStatus byClass(int s, const Run &run) {
     if (s == 0) return run.template operator()<Plain<Op>>();
     if (s == 1) return run.template operator()<Half<Op>>();
     if (s > 1) return Op::down(s, run);
-    if (s >= Op::lower) return run.template operator()<Up<Op>>();
+    if (s >= Op::lower) {
+        if constexpr (requires { typename Op::Up; })
+            return run.template operator()<typename Op::Up>();
+        else
+            return run.template operator()<Up<Op>>();
+    }
     return run.template operator()<Bound<Op>>();
 }
 
