@@ -63,28 +63,45 @@ Generator seeded(std::uint32_t seed) {
     return {1131199209, seed, second, second * factor + addend, -1};
 }
 
-constexpr size block = 128; // steps drawn at a time
+constexpr size block = 1024; // steps drawn at a time
+
+constexpr std::uint32_t inverse(std::uint32_t odd) {
+    std::uint32_t x = odd; // right in the last 3 bits, and in twice as many after each round
+    for (int k = 0; k < 4; ++k) x *= 2 - odd * x;
+    return x;
+}
+static_assert(inverse(factor) * factor == 1);
+
+KEPS_INLINE __m128i splatInt(std::uint32_t x) {
+    return _mm_set1_epi32(static_cast<int>(x));
+}
+
+// k steps on, a congruential value x has become factors[k] x + addends[k].
+struct Jumps {
+    std::uint32_t factors[5] = {1}, addends[5] = {};
+    constexpr Jumps() {
+        for (int k = 0; k < 4; ++k) {
+            factors[k + 1] = factors[k] * factor;
+            addends[k + 1] = addends[k] * factor + addend;
+        }
+    }
+};
+constexpr Jumps jumps;
 
 // The congruential values of the next four steps, and four steps on.
 struct Four {
-    __m128i value, multiplier, increment;
-    explicit Four(std::uint32_t lcg) {
-        std::uint32_t x[4], m = 1, a = 0;
-        for (auto &one : x) {
-            lcg = lcg * factor + addend;
-            one = lcg;
-            a = a * factor + addend;
-            m *= factor;
-        }
-        value = _mm_setr_epi32(static_cast<int>(x[0]), static_cast<int>(x[1]),
-                               static_cast<int>(x[2]), static_cast<int>(x[3]));
-        multiplier = _mm_set1_epi32(static_cast<int>(m));
-        increment = _mm_set1_epi32(static_cast<int>(a));
-    }
+    __m128i value;
+    explicit Four(std::uint32_t lcg)
+        : value(_mm_add_epi32(_mm_mullo_epi32(splatInt(lcg), loadInt<i32x4>(jumps.factors + 1).v),
+                              loadInt<i32x4>(jumps.addends + 1).v)) {}
     KEPS_INLINE __m128i next() {
         const __m128i now = value;
-        value = _mm_add_epi32(_mm_mullo_epi32(value, multiplier), increment);
+        value = _mm_add_epi32(_mm_mullo_epi32(value, splatInt(jumps.factors[4])),
+                              splatInt(jumps.addends[4]));
         return now;
+    }
+    KEPS_INLINE std::uint32_t current() const {
+        return (static_cast<std::uint32_t>(_mm_cvtsi128_si32(value)) - addend) * inverse(factor);
     }
 };
 
@@ -99,46 +116,122 @@ KEPS_INLINE void step(std::uint32_t &oldest, std::uint32_t middle, std::int32_t 
     oldest = static_cast<std::uint32_t>(plain < 0 ? taken : plain);
 }
 
-// n steps, 1 to block, into r, which has room for a multiple of four.
-KEPS_INLINE void draw(Generator &g, std::int32_t *r, size n) {
-    std::uint32_t h[block + 3];
-    std::uint32_t a = h[0] = g.swb2, b = h[1] = g.swb1, c = h[2] = g.swb0;
-    std::int32_t borrow = g.borrow;
-    size at = 0;
-    for (; at + 3 <= n; at += 3) {
-        step(a, b, borrow);
-        h[at + 3] = a;
-        step(b, c, borrow);
-        h[at + 4] = b;
-        step(c, a, borrow);
-        h[at + 5] = c;
-    }
-    if (at < n) {
-        step(a, b, borrow);
-        h[at + 3] = a;
-        if (at + 1 < n) {
-            step(b, c, borrow);
-            h[at + 4] = b;
-        }
-    }
-    g.swb2 = h[n];
-    g.swb1 = h[n + 1];
-    g.swb0 = h[n + 2];
-    g.borrow = borrow;
-    Four lcg(g.lcg);
-    std::uint32_t last = g.lcg;
-    for (size i = 0; i < n; i += 4) {
-        const __m128i four = lcg.next();
-        const __m128i sum = _mm_add_epi32(loadInt<i32x4>(h + i + 3).v, four);
-        _mm_storeu_si128(reinterpret_cast<__m128i *>(r + i), sum);
-        if (i + 4 >= n) {
-            std::uint32_t x[4];
-            _mm_storeu_si128(reinterpret_cast<__m128i *>(x), four);
-            last = x[n - 1 - i];
-        }
-    }
-    g.lcg = last;
+// The lanes of a and then b from lane first of a on: each lane's neighbour some places back.
+template <int first>
+KEPS_INLINE __m128i neighbours(__m128i a, __m128i b) {
+    return _mm_alignr_epi8(b, a, 4 * first);
 }
+// Each lane's second difference with the two before it.
+KEPS_INLINE __m128i bends(__m128i before, __m128i x) {
+    const __m128i one = neighbours<3>(before, x), two = neighbours<2>(before, x);
+    return _mm_sub_epi32(_mm_add_epi32(x, two), _mm_add_epi32(one, one));
+}
+
+// Four steps of the differences at a time. A step is v[i] = v[i-2] - v[i-3] + e[i] with e[i], from
+// 0 to -19, told by the signs of this step and the last. So v[i] = S[i-4] + e[i] + e[i-2] - e[i-3]
+// with S the second differences of v; and but for some units v[i] is the second difference of S at
+// i-8, whose sign is known long before and serves for v[i]'s own. Where a value turns out to have
+// another sign after all, once in millions of steps, the block is drawn again step by step.
+struct FourSteps {
+    // Of the last four steps: values, second and fourth differences, signs and e; the fourth
+    // differences also of the four before.
+    __m128i v, second, earlierFourth, fourth, sign, e;
+
+    // From the last three values and the borrow. The nine before them need not be what they were:
+    // those that lead there by steps with e of 0 serve.
+    FourSteps(std::uint32_t oldest, std::uint32_t middle, std::uint32_t newest,
+              std::int32_t borrow) {
+        std::uint32_t back[12] = {newest, middle, oldest};
+        times<9>([&](int k) KEPS_INLINE_LAMBDA { back[k + 3] = back[k + 2] - back[k]; });
+        const auto four = [&](int k) KEPS_INLINE_LAMBDA {
+            const auto lane = [&](int j) KEPS_INLINE_LAMBDA { return static_cast<int>(back[j]); };
+            return _mm_setr_epi32(lane(k + 3), lane(k + 2), lane(k + 1), lane(k));
+        };
+        const __m128i first = four(8), second4 = four(4);
+        v = four(0);
+        const __m128i firstBends = bends(first, first), secondBends = bends(first, second4);
+        second = bends(second4, v);
+        earlierFourth = bends(firstBends, secondBends); // of firstBends only the right half is read
+        fourth = bends(secondBends, second);
+        sign = _mm_set1_epi32(borrow);
+        e = _mm_setzero_si128();
+    }
+    // Returns the next four; the sign bits of wrong get those of lanes whose sign was not foreseen.
+    KEPS_INLINE __m128i next(__m128i &wrong) {
+        const __m128i below = _mm_srai_epi32(earlierFourth, 31);
+        const __m128i eighteens = _mm_and_si128(below, _mm_set1_epi32(-18));
+        const __m128i change = _mm_add_epi32(eighteens, neighbours<3>(sign, below));
+        const __m128i earlier = _mm_sub_epi32(neighbours<2>(e, change), neighbours<1>(e, change));
+        const __m128i now = _mm_add_epi32(_mm_add_epi32(second, change), earlier);
+        wrong = _mm_or_si128(wrong, _mm_xor_si128(_mm_sub_epi32(now, eighteens), below));
+        const __m128i nowBends = bends(v, now);
+        earlierFourth = fourth;
+        fourth = bends(second, nowBends);
+        v = now;
+        second = nowBends;
+        sign = below;
+        e = change;
+        return now;
+    }
+};
+
+// A generator at work.
+class Stream {
+public:
+    explicit Stream(const Generator &g)
+        : lcg(g.lcg), oldest(g.swb2), middle(g.swb1), newest(g.swb0), borrow(g.borrow) {}
+    Generator state() const { return {lcg.current(), newest, middle, oldest, borrow}; }
+
+    // n steps, 1 to block, into r, which has room for a multiple of four.
+    KEPS_INLINE void draw(std::int32_t *r, size n) {
+        const size whole = n & ~size{3};
+        const size done = n >= 8 && drawFours(r, whole) ? whole : 0;
+        if (done < n) drawSingly(r + done, n - done);
+    }
+
+private:
+    KEPS_INLINE void put(std::int32_t *r, __m128i v) {
+        _mm_storeu_si128(reinterpret_cast<__m128i *>(r), _mm_add_epi32(v, lcg.next()));
+    }
+    [[gnu::noinline]] void drawSingly(std::int32_t *r, size n) {
+        std::uint32_t h[block];
+        for (size i = 0; i < n; ++i) {
+            const std::uint32_t was = middle;
+            step(oldest, middle, borrow);
+            h[i] = oldest;
+            oldest = was;
+            middle = newest;
+            newest = h[i];
+        }
+        const Four before = lcg;
+        for (size i = 0; i < n; i += 4) put(r + i, loadInt<i32x4>(h + i).v);
+        if (n & 3) {
+            std::uint32_t last = before.current();
+            for (size i = 0; i < n; ++i) last = last * factor + addend;
+            lcg = Four(last);
+        }
+    }
+    // False, with all as it was, if a sign was not foreseen.
+    KEPS_INLINE bool drawFours(std::int32_t *r, size n) {
+        FourSteps fours(oldest, middle, newest, borrow);
+        const Four before = lcg;
+        __m128i wrong = _mm_setzero_si128();
+        for (size i = 0; i < n; i += 4) put(r + i, fours.next(wrong));
+        if (_mm_movemask_ps(_mm_castsi128_ps(wrong))) [[unlikely]] {
+            lcg = before;
+            return false;
+        }
+        oldest = static_cast<std::uint32_t>(_mm_extract_epi32(fours.v, 1));
+        middle = static_cast<std::uint32_t>(_mm_extract_epi32(fours.v, 2));
+        newest = static_cast<std::uint32_t>(_mm_extract_epi32(fours.v, 3));
+        borrow = _mm_extract_epi32(fours.sign, 3);
+        return true;
+    }
+
+    Four lcg;
+    std::uint32_t oldest, middle, newest;
+    std::int32_t borrow;
+};
 
 KEPS_INLINE f64x4 fourDoubles(const std::int32_t *r) {
     return {_mm256_cvtepi32_pd(loadInt<i32x4>(r).v)};
@@ -171,11 +264,11 @@ KepStatus fillUniform(T *dst, int32_t len, KepRandUniformState *state) {
     if (record->id != uniformId<T>) return kepStatusContextMismatch;
     const DefaultArithmetic scope;
     const f64x4 mid = splat<f64x4>(record->mid), scale = splat<f64x4>(record->scale);
-    Generator g = record->generator;
+    Stream stream(record->generator);
     std::int32_t r[block];
     for (size i = 0; i < len; i += block) {
         const size n = len - i < block ? len - i : block;
-        draw(g, r, n);
+        stream.draw(r, n);
         size k = 0;
         for (; k + 4 <= n; k += 4) put(dst + i + k, mid + scale * fourDoubles(r + k));
         if (k < n) {
@@ -184,7 +277,7 @@ KepStatus fillUniform(T *dst, int32_t len, KepRandUniformState *state) {
             for (size j = 0; k + j < n; ++j) storeOne(dst + i + k + j, rest[j]);
         }
     }
-    record->generator = g;
+    record->generator = stream.state();
     return kepStatusOk;
 }
 
@@ -195,9 +288,9 @@ struct Pairs {
 };
 
 // Draws n pairs, 1 to block / 2, and keeps the accepted ones with f = sqrt(-2 ln(s) / s).
-void drawPairs(Generator &g, Pairs &p, size n) {
+void drawPairs(Stream &stream, Pairs &p, size n) {
     std::int32_t r[block + 8];
-    draw(g, r, 2 * n);
+    stream.draw(r, 2 * n);
     const f64x4 unit = splat<f64x4>(0x1p-31);
     size count = 0;
     for (size k = 0; k < n; k += 4) {
@@ -259,7 +352,7 @@ KepStatus fillGauss(T *dst, int32_t len, KepRandGaussState *state) {
     const auto mean = static_cast<double>(T{record->mean});
     const auto stdDev = static_cast<double>(T{record->stdDev});
     const f64x4 means = splat<f64x4>(mean), deviations = splat<f64x4>(stdDev);
-    Generator g = record->generator;
+    Stream stream(record->generator);
     size i = 0;
     if (record->spent == 0) {
         putOne(dst, record->saved * stdDev * record->savedU1 + mean);
@@ -268,7 +361,7 @@ KepStatus fillGauss(T *dst, int32_t len, KepRandGaussState *state) {
     }
     Pairs p;
     for (size wanted = (len - i) / 2; wanted > 0; wanted -= p.count) {
-        drawPairs(g, p, wanted < block / 2 ? wanted : block / 2);
+        drawPairs(stream, p, wanted < block / 2 ? wanted : block / 2);
         size k = 0;
         // Values of u2 and u1 in turn.
         const auto values = [&](size at, f64x4 &first, f64x4 &second) KEPS_INLINE_LAMBDA {
@@ -296,7 +389,7 @@ KepStatus fillGauss(T *dst, int32_t len, KepRandGaussState *state) {
         }
     }
     if (i < len) {
-        do drawPairs(g, p, 1);
+        do drawPairs(stream, p, 1);
         while (p.count == 0);
         putOne(dst + i, mean + p.u2[0] * stdDev * p.f[0]);
         record->saved = p.f[0];
@@ -304,7 +397,7 @@ KepStatus fillGauss(T *dst, int32_t len, KepRandGaussState *state) {
         record->savedU2 = p.u2[0];
         record->spent = 0;
     }
-    record->generator = g;
+    record->generator = stream.state();
     return kepStatusOk;
 }
 

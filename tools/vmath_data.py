@@ -8,7 +8,7 @@ breakpoints, rounded once. Needs mpmath."""
 import os
 import sys
 from mpmath import mp, mpf, sin, cos, exp, log, pi, sqrt, floor
-from vmath_fit import Header, bound, fit, on_grid, to_double, to_float, truncated
+from vmath_fit import Header, bound, fit, on_grid, remez, to_double, to_float, truncated
 
 ROOM = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "arith", "vmath")
 one = lambda x: mpf(1)
@@ -103,9 +103,14 @@ def exponential():
     h = Header("Constants of the exponential kernels.")
     half = log(2) / 2 * (1 + mpf(2) ** -12)
     inverse = lambda x: exp(-x)
-    for name, kind, count, first in (("vsexp_low", "float", 7, (1,)), ("vsexp_fast", "float", 4, ()), ("vsexp_high", "double", 9, (1,))):
-        c, e = fit(exp, inverse, -half, half, range(count), to_float if kind == "float" else to_double, exact=first)
+    for name, kind, count, first in (("vsexp_low", "float", 6, (1, 1)), ("vsexp_fast", "float", 4, ()), ("vsexp_high", "double", 9, (1,))):
+        # Around zero exactly the fits of the later coefficients miss their best.
+        top = half * mpf("1.02") if len(first) > 1 else half
+        c, e = fit(exp, inverse, -half, top, range(count), to_float if kind == "float" else to_double, exact=first)
         h.poly(name, kind, c, "exp(r), |r| to ln(2)/2; relative error " + bound(e) + ".")
+    c = [to_double(x) for x in remez(exp, inverse, -half, half, range(11))[0]]
+    e = max(abs(1 - exp(-x) * mp.polyval(c[::-1], x)) for x in (-half + 2 * half * i / 400 for i in range(401)))
+    h.poly("vdexp_whole", "double", c, "exp(r), |r| to ln(2)/2, all coefficients rounded at once; relative error " + bound(e) + ".")
     for k, p in enumerate(parts(log(2), (16, 24))):
         h.number("ln2Float%d" % (k + 1), "float", to_float(p), None if k else "ln 2 in parts: for float with 8-bit multipliers, for double with 17-bit ones after a division by 128.")
     step = log(2) / 128
@@ -140,14 +145,11 @@ def logarithm():
     s = (sqrt(mpf(2)) - 1) / (sqrt(mpf(2)) + 1) * (1 + mpf(2) ** -16)
 
     def ratio(u):
-        return (log((1 + sqrt(u)) / (1 - sqrt(u))) / sqrt(u) - 2) if u else mpf(0)
+        return log((1 + sqrt(u)) / (1 - sqrt(u))) / sqrt(u) if u else mpf(2)
 
-    def ratio1(u):
-        return ratio(u) / u if u > mpf(10) ** -30 else mpf(2) / 3
-
-    for name, count in (("vsln_low", 3), ("vsln_fast", 1)):
-        c, e = fit(ratio1, lambda u: u / 2, 0, s * s, range(count), to_float)
-        h.poly(name, "float", c, "(ln((1 + s)/(1 - s)) - 2 s) / s^3 in s^2, s to 0.1716; relative error " + bound(e) + ".")
+    for name, kind, count in (("vsln_low", "float", 3), ("vsln_fast", "float", 2), ("vdln_ratio", "double", 7), ("vdln_ratioFast", "double", 4)):
+        c, e = fit(ratio, lambda u: 1 / ratio(u), 0, s * s, range(count), to_float if kind == "float" else to_double, exact=(2,))
+        h.poly(name, kind, c, "ln((1 + s)/(1 - s)) / s in s^2, s to 0.1716; relative error " + bound(e) + ".")
     h.number("ln2Float", "float", to_float(log(2)), "ln 2: for float, for double, and in parts of which 11-bit multiples are exact.")
     h.number("ln2Double", "double", to_double(log(2)))
     grid = mpf(2) ** -42
@@ -184,15 +186,20 @@ def arctangent():
     def slope(s):
         return mp.atan(sqrt(s)) / sqrt(s) if s else mpf(1)
 
-    for name, count in (("vsatan_low", 9), ("vsatan_fast", 5)):
+    for name, count in (("vsatan_low", 8), ("vsatan_fast", 5)):
         c, e = fit(slope, lambda s: 1 / slope(s), 0, 1, range(count), to_float, exact=(1,))
         h.poly(name, "float", c, "atan(t) / t in t^2, t to 1; relative error " + bound(e) + ".")
+
+    eighth = (sqrt(mpf(2)) - 1) * (1 + mpf(2) ** -12)
+    for name, count in (("vdatan_low", 11), ("vdatan_fast", 6)):
+        c, e = fit(slope, lambda s: 1 / slope(s), 0, eighth * eighth, range(count), to_double, exact=(1,))
+        h.poly(name, "double", c, "atan(t) / t in t^2, t to tan(pi/8); relative error " + bound(e) + ".")
 
     def cubic(s):
         return (slope(s) - 1) / s if s > mpf(10) ** -30 else -mpf(1) / 3
 
     u = mpf(1) / 64 * (1 + mpf(2) ** -10)
-    for name, count in (("vdatan_low", 3), ("vdatan_high", 4), ("vdatan_fast", 1)):
+    for name, count in (("vdatan_high", 4),):
         c, e = fit(cubic, lambda s: s, 0, u * u, range(count), to_double)
         h.poly(name, "double", c, "(atan(u) - u) / u^3 in u^2, u to 1/64; error against u " + bound(e) + ".")
     rows = []
@@ -201,8 +208,8 @@ def arctangent():
             v = offset + sign * mp.atan(mpf(j) / 32)
             rows.append((to_double(v), to_double(v - to_double(v))))
     h.table("vdatan_data", "double", rows, "a = atan(j/32), pi/2 - a, pi - a, pi/2 + a, 33 rows each, with low parts.")
-    for name, v in (("halfPiFloat", pi / 2), ("piFloat", pi)):
-        h.number(name, "float", to_float(v))
+    for name, v in (("quarterPi", pi / 4), ("halfPi", pi / 2), ("wholePi", pi)):
+        h.number(name, "double", to_double(v))
     h.write(os.path.join(ROOM, "atan_data.hpp"))
 
 

@@ -6,20 +6,20 @@
 
 namespace keps::vmath {
 
-// atan(t) / t in t^2, t to 1; relative error 2^-24.9.
-inline constexpr float vsatan_low[] = {0x1.0000000000000p+0f, -0x1.5554dc0000000p-2f, 0x1.9978ea0000000p-3f, -0x1.230a7a0000000p-3f, 0x1.b4ddba0000000p-4f, -0x1.354ea00000000p-4f, 0x1.61e1f60000000p-5f, -0x1.0beff60000000p-6f, 0x1.7e03b80000000p-9f};
+// atan(t) / t in t^2, t to 1; relative error 2^-23.1.
+inline constexpr float vsatan_low[] = {0x1.0000000000000p+0f, -0x1.5552de0000000p-2f, 0x1.99127e0000000p-3f, -0x1.1f91760000000p-3f, 0x1.9851780000000p-4f, -0x1.ed35e80000000p-5f, 0x1.95479e0000000p-6f, -0x1.3c17060000000p-8f};
 
 // atan(t) / t in t^2, t to 1; relative error 2^-14.8.
 inline constexpr float vsatan_fast[] = {0x1.0000000000000p+0f, -0x1.541a1c0000000p-2f, 0x1.7e98640000000p-3f, -0x1.816c040000000p-4f, 0x1.96f93a0000000p-6f};
 
-// (atan(u) - u) / u^3 in u^2, u to 1/64; error against u 2^-57.9.
-inline constexpr double vdatan_low[] = {-0x1.555555555405ap-2, 0x1.9999989b682d6p-3, -0x1.2476ecc975c38p-3};
+// atan(t) / t in t^2, t to tan(pi/8); relative error 2^-53.0.
+inline constexpr double vdatan_low[] = {0x1.0000000000000p+0, -0x1.5555555555315p-2, 0x1.9999999949151p-3, -0x1.249249055c2c4p-3, 0x1.c71c65c49d72dp-4, -0x1.745bc229c28a1p-4, 0x1.3afc26aa2f590p-4, -0x1.1004ad8ee32bap-4, 0x1.d24f8a35a6e3dp-5, -0x1.650763fedf5bap-5, 0x1.5c223e28eb775p-6};
+
+// atan(t) / t in t^2, t to tan(pi/8); relative error 2^-30.5.
+inline constexpr double vdatan_fast[] = {0x1.0000000000000p+0, -0x1.555549211a8b3p-2, 0x1.9991924a85c8ap-3, -0x1.23b4d23176f62p-3, 0x1.b1e71d230a25ap-4, -0x1.f1d2170c06585p-5};
 
 // (atan(u) - u) / u^3 in u^2, u to 1/64; error against u 2^-72.1.
 inline constexpr double vdatan_high[] = {-0x1.5555555555555p-2, 0x1.99999999926d4p-3, -0x1.249247b891dabp-3, 0x1.c6e4bde94bf5ep-4};
-
-// (atan(u) - u) / u^3 in u^2, u to 1/64; error against u 2^-28.9.
-inline constexpr double vdatan_fast[] = {-0x1.554ab58cfda2ap-2};
 
 // a = atan(j/32), pi/2 - a, pi - a, pi/2 + a, 33 rows each, with low parts.
 alignas(64) inline constexpr double vdatan_data[132][2] = {
@@ -157,6 +157,7 @@ alignas(64) inline constexpr double vdatan_data[132][2] = {
     {0x1.2d97c7f3321d2p+1, 0x1.a79394c9e8a0ap-54},
 };
 
-inline constexpr float halfPiFloat = 0x1.921fb60000000p+0f;
-inline constexpr float piFloat = 0x1.921fb60000000p+1f;
+inline constexpr double quarterPi = 0x1.921fb54442d18p-1;
+inline constexpr double halfPi = 0x1.921fb54442d18p+0;
+inline constexpr double wholePi = 0x1.921fb54442d18p+1;
 } // namespace keps::vmath

@@ -5,9 +5,19 @@
 //   mark
 //                                            lanes whose y does not hold
 //   static int rare(const T *x, T *y);       one such lane, by itself; its code
-// Marked lanes are passed to rare after their block. A tail goes through fast as a block whose
-// other lanes are zeros.
+// or, in place of fast, its two stages:
+//   static constexpr int mids;               how many vectors pass from the first to the second
+//   static void first(x, mid, extent);       joins to extent what it wants to know of x
+//   static V outside(extent);                the lanes where any x joined to it was outside
+//   static void second(mid, y);
+// which run one after the other over stretches of the arrays: a chain of dependent operations too
+// long for the processor to look across many of them becomes two that are not. A kernel may have
+//   static void again(x, y, outside);        settles marked lanes itself, for rare to see fewer
+// Lanes that are marked in the end are passed to rare. A tail goes through the same code as a
+// vector whose other lanes are zeros.
 #pragma once
+
+#include <bit>
 
 #include "arith/vmath/vmath.hpp"
 #include "frame/fpstate.hpp"
@@ -21,7 +31,8 @@ namespace keps::vmath {
 class Control {
 public:
     Control() : found(_mm_getcsr()) {
-        if (found != own) kep_set_cw_ssx(own);
+        // Exceptions of before may stay: loading the word costs as much as some vectors.
+        if ((found & ~exceptions) != own) kep_set_cw_ssx(own);
     }
     ~Control() {
         const unsigned current = _mm_getcsr();
@@ -71,40 +82,136 @@ template <class K>
 }
 
 template <class K>
-KEPS_INLINE int run(const Element<K> *const (&src)[K::in], Element<K> *const (&dst)[K::out],
-                    int32_t len) {
+concept TwoStages = requires {
+    K::mids;
+};
+
+// len elements, vector by vector with all the care that one may need. Returns the last non-zero
+// code, or code.
+template <class K>
+KEPS_INLINE int runVectors(const Element<K> *const *src, Element<K> *const *dst, size len, int code,
+                           Control &control) {
     using V = typename K::V;
-    using T = Element<K>;
-    Control control;
-    int code = 0;
+    // Vectors y from vectors x; settled if the bits of among are marked.
+    const auto compute = [&](const V *x, V *y, unsigned among) KEPS_INLINE_LAMBDA {
+        V outside;
+        if constexpr (TwoStages<K>) {
+            V mid[K::mids], extent = zero<V>();
+            K::first(x, mid, extent);
+            outside = K::outside(extent);
+            K::second(mid, y);
+        } else {
+            K::fast(x, y, outside);
+        }
+        unsigned marked = signs(outside) & among;
+        if constexpr (requires { K::again(x, y, outside); }) {
+            if (marked) [[unlikely]] {
+                K::again(x, y, outside);
+                marked = signs(outside) & among;
+            }
+        }
+        return marked;
+    };
+    const auto care = [&](const V *x, size i, unsigned marked) KEPS_INLINE_LAMBDA {
+        alignas(32) Element<K> held[K::in][V::lanes];
+        Element<K> *to[K::out];
+        times<K::in>([&](int k) KEPS_INLINE_LAMBDA { store(held[k], x[k]); });
+        times<K::out>([&](int k) KEPS_INLINE_LAMBDA { to[k] = dst[k] + i; });
+        code = settle<K>(held, to, marked, code, control);
+    };
     size i = 0;
     for (; i + V::lanes <= len; i += V::lanes) {
-        V x[K::in], y[K::out], outside;
+        V x[K::in], y[K::out];
         times<K::in>([&](int k) KEPS_INLINE_LAMBDA { x[k] = load<V>(src[k] + i); });
-        K::fast(x, y, outside);
+        const unsigned marked = compute(x, y, ~0U);
         times<K::out>([&](int k) KEPS_INLINE_LAMBDA { store(dst[k] + i, y[k]); });
-        if (const unsigned marked = signs(outside)) [[unlikely]] {
-            alignas(32) T held[K::in][V::lanes];
-            T *to[K::out];
-            times<K::in>([&](int k) KEPS_INLINE_LAMBDA { store(held[k], x[k]); });
-            times<K::out>([&](int k) KEPS_INLINE_LAMBDA { to[k] = dst[k] + i; });
-            code = settle<K>(held, to, marked, code, control);
-        }
+        if (marked) [[unlikely]]
+            care(x, i, marked);
     }
     if (const size rest = len - i) {
-        V x[K::in], y[K::out], outside;
+        V x[K::in], y[K::out];
         times<K::in>([&](int k) KEPS_INLINE_LAMBDA { x[k] = loadPart<V>(src[k] + i, rest); });
-        K::fast(x, y, outside);
+        const unsigned marked = compute(x, y, (1U << rest) - 1);
         times<K::out>([&](int k) KEPS_INLINE_LAMBDA { storePart(dst[k] + i, y[k], rest); });
-        if (const unsigned marked = signs(outside) & ((1U << rest) - 1)) [[unlikely]] {
-            alignas(32) T held[K::in][V::lanes];
-            T *to[K::out];
-            times<K::in>([&](int k) KEPS_INLINE_LAMBDA { store(held[k], x[k]); });
-            times<K::out>([&](int k) KEPS_INLINE_LAMBDA { to[k] = dst[k] + i; });
-            code = settle<K>(held, to, marked, code, control);
+        if (marked) [[unlikely]]
+            care(x, i, marked);
+    }
+    return code;
+}
+
+template <class K>
+[[gnu::noinline, gnu::cold]] int runMarked(const Element<K> *const *src, Element<K> *const *dst,
+                                           size len, int code, Control &control) {
+    return runVectors<K>(src, dst, len, code, control);
+}
+
+constexpr size stretch = 32; // vectors: what passes between the stages stays in the nearest cache
+
+template <class K>
+KEPS_INLINE int runStages(const Element<K> *const *src, Element<K> *const *dst, size len,
+                          Control &control) {
+    using V = typename K::V;
+    int code = 0;
+    alignas(32) Element<K> mid[K::mids][stretch * V::lanes];
+    for (size i = 0, n; i < len; i += n) {
+        n = len - i < stretch * V::lanes ? len - i : stretch * V::lanes;
+        const size rest = n % V::lanes, end = n - rest;
+        V extent = zero<V>(), last = extent;
+        const auto first = [&](const V *x, size at, V &joined) KEPS_INLINE_LAMBDA {
+            V m[K::mids];
+            K::first(x, m, joined);
+            times<K::mids>([&](int k) KEPS_INLINE_LAMBDA { storeAligned(mid[k] + at, m[k]); });
+        };
+#pragma GCC unroll 2
+        for (size at = 0; at < end; at += V::lanes) {
+            V x[K::in];
+            times<K::in>([&](int k) KEPS_INLINE_LAMBDA { x[k] = load<V>(src[k] + i + at); });
+            first(x, at, extent);
+        }
+        if (rest) {
+            V x[K::in];
+            times<K::in>([&](int k)
+                             KEPS_INLINE_LAMBDA { x[k] = loadPart<V>(src[k] + i + end, rest); });
+            first(x, end, last);
+            last = last & firstLanes<V>(rest);
+        }
+        if (signs(K::outside(extent) | K::outside(last))) [[unlikely]] {
+            const Element<K> *from[K::in];
+            Element<K> *to[K::out];
+            for (int k = 0; k < K::in; ++k) from[k] = src[k] + i;
+            for (int k = 0; k < K::out; ++k) to[k] = dst[k] + i;
+            code = runMarked<K>(from, to, n, code, control);
+            continue;
+        }
+        const auto second = [&](V *y, size at) KEPS_INLINE_LAMBDA {
+            V m[K::mids];
+            times<K::mids>([&](int k) KEPS_INLINE_LAMBDA { m[k] = loadAligned<V>(mid[k] + at); });
+            K::second(m, y);
+        };
+#pragma GCC unroll 2
+        for (size at = 0; at < end; at += V::lanes) {
+            V y[K::out];
+            second(y, at);
+            times<K::out>([&](int k) KEPS_INLINE_LAMBDA { store(dst[k] + i + at, y[k]); });
+        }
+        if (rest) {
+            V y[K::out];
+            second(y, end);
+            times<K::out>([&](int k)
+                              KEPS_INLINE_LAMBDA { storePart(dst[k] + i + end, y[k], rest); });
         }
     }
     return code;
+}
+
+template <class K>
+KEPS_INLINE int run(const Element<K> *const (&src)[K::in], Element<K> *const (&dst)[K::out],
+                    int32_t len) {
+    Control control;
+    if constexpr (TwoStages<K>)
+        return runStages<K>(src, dst, len, control);
+    else
+        return runVectors<K>(src, dst, len, 0, control);
 }
 
 template <class K>
@@ -136,6 +243,15 @@ KEPS_INLINE int run(const Element<K> *src1, const Element<K> *src2, Element<K> *
     return run<K>(from, to, len);
 }
 
+template <class V>
+KEPS_INLINE V sizeOf(V x) {
+    return without(x, constant<V>(-0.0));
+}
+template <class V>
+KEPS_INLINE V signOf(V x) {
+    return x & constant<V>(-0.0);
+}
+
 // c[first] + c[first + step] u + c[first + 2 step] u^2 ..., by Horner's rule.
 template <int first, int step, class V, class T, std::size_t n>
 KEPS_INLINE V horner(V u, const T (&c)[n]) {
@@ -157,6 +273,27 @@ KEPS_INLINE V polynomial(V u, const T (&c)[n]) {
         const V u2 = u * u;
         return horner<0, 2>(u2, c) + u * horner<1, 2>(u2, c);
     }
+}
+
+// The same by halves of halves: the shortest chain, for a few more multiplications.
+template <int first, int terms, class V, class T, std::size_t n>
+KEPS_INLINE V byHalves(const V *powers, const T (&c)[n]) {
+    if constexpr (terms == 1) {
+        return constant<V>(c[first]);
+    } else {
+        constexpr int lower = static_cast<int>(std::bit_floor(terms - 1U));
+        return byHalves<first, lower>(powers, c) +
+               powers[std::bit_width(lower - 1U)] *
+                   byHalves<first + lower, terms - lower>(powers, c);
+    }
+}
+template <class V, class T, std::size_t n>
+KEPS_INLINE V flatPolynomial(V u, const T (&c)[n]) {
+    constexpr int count = std::bit_width(n - 1);
+    V powers[count]; // u, u^2, u^4 and so on
+    powers[0] = u;
+    times<count - 1>([&](int k) KEPS_INLINE_LAMBDA { powers[k + 1] = powers[k] * powers[k]; });
+    return byHalves<0, n>(powers, c);
 }
 
 // The rows of a table of 2 or 4 columns at four lanes' places, one vector a column.

@@ -6,14 +6,17 @@
 
 namespace keps::vmath {
 
-// exp(r), |r| to ln(2)/2; relative error 2^-26.3.
-inline constexpr float vsexp_low[] = {0x1.0000000000000p+0f, 0x1.0000000000000p+0f, 0x1.0000000000000p-1f, 0x1.55558c0000000p-3f, 0x1.5559660000000p-5f, 0x1.11a6d40000000p-7f, 0x1.67f9200000000p-10f};
+// exp(r), |r| to ln(2)/2; relative error 2^-23.1.
+inline constexpr float vsexp_low[] = {0x1.0000000000000p+0f, 0x1.0000000000000p+0f, 0x1.fffdd80000000p-2f, 0x1.55569e0000000p-3f, 0x1.57389e0000000p-5f, 0x1.112ffe0000000p-7f};
 
 // exp(r), |r| to ln(2)/2; relative error 2^-13.4.
 inline constexpr float vsexp_fast[] = {0x1.fff6900000000p-1f, 0x1.fffe0e0000000p-1f, 0x1.0276e20000000p-1f, 0x1.560d380000000p-3f};
 
 // exp(r), |r| to ln(2)/2; relative error 2^-37.3.
 inline constexpr double vsexp_high[] = {0x1.0000000000000p+0, 0x1.000000000275dp+0, 0x1.000000005ccf1p-1, 0x1.5555557988744p-3, 0x1.5555541ccc572p-5, 0x1.1110a66450f2cp-7, 0x1.6c18d6b780410p-10, 0x1.a17f7471d3c0dp-13, 0x1.9ea80cd22a8abp-16};
+
+// exp(r), |r| to ln(2)/2, all coefficients rounded at once; relative error 2^-51.6.
+inline constexpr double vdexp_whole[] = {0x1.0000000000000p+0, 0x1.000000000001dp+0, 0x1.ffffffffffe17p-2, 0x1.555555554bbacp-3, 0x1.55555555933fdp-5, 0x1.1111112d560ecp-7, 0x1.6c16c0c0b6ae1p-10, 0x1.a0197a2720b0fp-13, 0x1.a01b6c92613f3p-16, 0x1.72f9adeeb9e40p-19, 0x1.27281f5d46081p-22};
 
 // ln 2 in parts: for float with 8-bit multipliers, for double with 17-bit ones after a division by 128.
 inline constexpr float ln2Float1 = 0x1.62e4000000000p-1f;

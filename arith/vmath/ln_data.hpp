@@ -6,11 +6,17 @@
 
 namespace keps::vmath {
 
-// (ln((1 + s)/(1 - s)) - 2 s) / s^3 in s^2, s to 0.1716; relative error 2^-30.2.
-inline constexpr float vsln_low[] = {0x1.55557a0000000p-1f, 0x1.995ed60000000p-2f, 0x1.31e0880000000p-2f};
+// ln((1 + s)/(1 - s)) / s in s^2, s to 0.1716; relative error 2^-22.7.
+inline constexpr float vsln_low[] = {0x1.0000000000000p+1f, 0x1.5546dc0000000p-1f, 0x1.a5e9360000000p-2f};
 
-// (ln((1 + s)/(1 - s)) - 2 s) / s^3 in s^2, s to 0.1716; relative error 2^-15.0.
-inline constexpr float vsln_fast[] = {0x1.5a6d4a0000000p-1f};
+// ln((1 + s)/(1 - s)) / s in s^2, s to 0.1716; relative error 2^-15.0.
+inline constexpr float vsln_fast[] = {0x1.0000000000000p+1f, 0x1.5a6c220000000p-1f};
+
+// ln((1 + s)/(1 - s)) / s in s^2, s to 0.1716; relative error 2^-52.2.
+inline constexpr double vdln_ratio[] = {0x1.0000000000000p+1, 0x1.555555555397bp-1, 0x1.999999a28e5cbp-2, 0x1.2492417ac452cp-2, 0x1.c722768344fa5p-3, 0x1.732c539cbe806p-3, 0x1.587592f3fb0d9p-3};
+
+// ln((1 + s)/(1 - s)) / s in s^2, s to 0.1716; relative error 2^-30.2.
+inline constexpr double vdln_ratioFast[] = {0x1.0000000000000p+1, 0x1.55557a0a024fcp-1, 0x1.995ed2d5d882bp-2, 0x1.31e08ef326a4bp-2};
 
 // ln 2: for float, for double, and in parts of which 11-bit multiples are exact.
 inline constexpr float ln2Float = 0x1.62e4300000000p-1f;

@@ -7,24 +7,12 @@ using namespace keps::vmath;
 
 namespace {
 
-enum class Level { low, high, enhanced };
-
-template <class V>
-KEPS_INLINE V sizeOf(V x) {
-    return without(x, constant<V>(-0.0));
-}
-template <class V>
-KEPS_INLINE V signOf(V x) {
-    return x & constant<V>(-0.0);
-}
-
 // The angle of the point (x, y) from the positive x axis, up to pi, with least and most the smaller
 // and the larger of their sizes; steep is a mask of |y| > |x|, back has x's sign. Both must fit
 // float's range, least up to rounding to 0. The quotient's nearest 32nd c needs few digits; the
 // rest is atan((least - c most) / (most + c least)), below 1/64, beside a table of the angle at c
 // in each of the four directions.
-template <Level level>
-KEPS_INLINE f64x4 angleOf(f64x4 least, f64x4 most, f64x4 steep, f64x4 back) {
+KEPS_INLINE f64x4 angleHigh(f64x4 least, f64x4 most, f64x4 steep, f64x4 back) {
     using V = f64x4;
     const __m128 t = _mm_div_ps(_mm256_cvtpd_ps(least.v), _mm256_cvtpd_ps(most.v));
     const __m128 magic = _mm_set1_ps(0x1.8p23F);
@@ -38,57 +26,89 @@ KEPS_INLINE f64x4 angleOf(f64x4 least, f64x4 most, f64x4 steep, f64x4 back) {
         columns2(vdatan_data[_mm_cvtsi128_si32(row)], vdatan_data[_mm_extract_epi32(row, 1)],
                  vdatan_data[_mm_extract_epi32(row, 2)], vdatan_data[_mm_extract_epi32(row, 3)]);
     const V turned = (steep ^ back) & splat<V>(-0.0);
-    if constexpr (level == Level::high) {
-        // The numerator without rounding, and what the quotient's rounding has lost.
-        const V mostUpper = most & splatBits<V>(0xFFFFFFFFFFFFFF00);
-        const V top = (least - c * mostUpper) - c * (most - mostUpper);
-        const V bottom = most + c * least;
-        const V u = top / bottom;
-        const V upper = splatBits<V>(0xFFFFFFFFF8000000);
-        const V u1 = u & upper, b1 = bottom & upper;
-        const V bottomLow = (bottom - b1) + ((most - bottom) + c * least);
-        const V left = ((top - u1 * b1) - (u - u1) * b1) - u * bottomLow;
-        // Of a subnormal quotient the products say nothing.
-        const V uLow = (left / bottom) & less(splat<V>(0x1p-900), u & splatBits<V>(~(1ULL << 63)));
-        const V s = u * u;
-        const V rest = (uLow + u * s * polynomial(s, vdatan_high)) ^ turned;
-        const V head = u ^ turned;
-        const V sum = at.c[0] + head;
-        const V lost = (at.c[0] - sum) + head;
-        return sum + (lost + (at.c[1] + rest));
-    } else {
-        const V u = (least - c * most) / (most + c * least);
-        const V s = u * u;
-        V series;
-        if constexpr (level == Level::low)
-            series = polynomial(s, vdatan_low);
-        else
-            series = polynomial(s, vdatan_fast);
-        return at.c[0] + ((u + u * s * series) ^ turned);
-    }
+    // The numerator without rounding, and what the quotient's rounding has lost.
+    const V mostUpper = most & splatBits<V>(0xFFFFFFFFFFFFFF00);
+    const V top = (least - c * mostUpper) - c * (most - mostUpper);
+    const V bottom = most + c * least;
+    const V u = top / bottom;
+    const V upper = splatBits<V>(0xFFFFFFFFF8000000);
+    const V u1 = u & upper, b1 = bottom & upper;
+    const V bottomLow = (bottom - b1) + ((most - bottom) + c * least);
+    const V left = ((top - u1 * b1) - (u - u1) * b1) - u * bottomLow;
+    // Of a subnormal quotient the products say nothing.
+    const V uLow = (left / bottom) & less(splat<V>(0x1p-900), u & splatBits<V>(~(1ULL << 63)));
+    const V s = u * u;
+    const V rest = (uLow + u * s * polynomial(s, vdatan_high)) ^ turned;
+    const V head = u ^ turned;
+    const V sum = at.c[0] + head;
+    const V lost = (at.c[0] - sum) + head;
+    return sum + (lost + (at.c[1] + rest));
 }
 
 // No lane is left to a rare path: infinity becomes a size that gives the same angle, NaN stays in
 // the quotient.
-template <Level level>
-KEPS_INLINE f64x4 atanOf(f64x4 x) {
+KEPS_INLINE f64x4 atanHigh(f64x4 x) {
     using V = f64x4;
     const V size = min(splat<V>(0x1p126), sizeOf(x));
     const V one = splat<V>(1);
     const V steep = less(one, size);
-    return angleOf<level>(select(steep, size, one), select(steep, one, size), steep, zero<V>()) |
+    return angleHigh(select(steep, size, one), select(steep, one, size), steep, zero<V>()) |
            signOf(x);
 }
 
 // Sizes within 2^-120 to 2^120 for the larger one.
-template <Level level>
-KEPS_INLINE f64x4 atan2Of(f64x4 y, f64x4 x, f64x4 &outside) {
+KEPS_INLINE f64x4 atan2High(f64x4 y, f64x4 x, f64x4 &outside) {
     using V = f64x4;
     const V ySize = sizeOf(y), xSize = sizeOf(x);
     const V most = max(ySize, xSize), least = min(ySize, xSize);
     outside = (notLess(ySize, splat<V>(0x1p120)) | notLess(xSize, splat<V>(0x1p120))) |
               less(most, splat<V>(0x1p-120));
-    return angleOf<level>(least, most, less(xSize, ySize), x) | signOf(y);
+    return angleHigh(least, most, less(xSize, ySize), x) | signOf(y);
+}
+
+// The short forms give the angle as from + t P(t^2).
+template <class V>
+struct Angle {
+    V t, from;
+    template <class Series>
+    KEPS_INLINE V value(const Series &series) const {
+        return from + t * flatPolynomial(t * t, series);
+    }
+};
+
+// Of the point (most, least), up to pi/4. In float t goes to 1; in double what is past pi/8 is
+// taken from pi/4, which saves more of the series than it takes.
+KEPS_INLINE Angle<f32x8> shallow(f32x8 least, f32x8 most) {
+    return {least / most, zero<f32x8>()};
+}
+KEPS_INLINE Angle<f64x4> shallow(f64x4 least, f64x4 most) {
+    using V = f64x4;
+    const V past = less(most * splat<V>(0x1.a827999fcef32p-2), least);
+    return {(least - (past & most)) / (most + (past & least)), past & splat<V>(quarterPi)};
+}
+
+// Infinity becomes a quotient of 0; NaN stays in it.
+KEPS_INLINE Angle<f32x8> atanAngle(f32x8 x) {
+    using V = f32x8;
+    const V one = splat<V>(1), steep = less(one, sizeOf(x));
+    return {select(steep, x, splat<V>(-1)) / select(steep, one, x),
+            (steep & splat<V>(static_cast<float>(halfPi))) | signOf(x)};
+}
+KEPS_INLINE Angle<f64x4> atanAngle(f64x4 x) {
+    using V = f64x4;
+    const V size = sizeOf(x), one = splat<V>(1), sign = signOf(x);
+    const V steep = less(one, size);
+    const Angle<V> a = shallow(min(one, size), max(one, size));
+    return {a.t ^ signOf(steep) ^ sign, select(steep, a.from, splat<V>(halfPi) - a.from) | sign};
+}
+// For sizes whose sum is finite and not 0.
+template <class V>
+KEPS_INLINE Angle<V> atan2Angle(V y, V x) {
+    const V ySize = sizeOf(y), xSize = sizeOf(x), sign = signOf(y);
+    const V steep = less(xSize, ySize);
+    const Angle<V> a = shallow(min(ySize, xSize), max(ySize, xSize));
+    const V front = select(steep, a.from, constant<V>(halfPi) - a.from);
+    return {a.t ^ signOf(steep ^ x) ^ sign, select(x, front, constant<V>(wholePi) - front) | sign};
 }
 
 } // namespace
@@ -119,7 +139,7 @@ int keps::vmath::vdatan2_cout_rare(const double *in, double *out) {
         y *= scale;
     }
     f64x4 outside;
-    const f64x4 angle = atan2Of<Level::high>(splat<f64x4>(y), splat<f64x4>(x), outside);
+    const f64x4 angle = atan2High(splat<f64x4>(y), splat<f64x4>(x), outside);
     *out = _mm_cvtsd_f64(_mm256_castpd256_pd128(angle.v));
     return 0;
 }
@@ -140,112 +160,112 @@ struct Atan {
     static constexpr int in = 1, out = 1;
     static int rare(const typename V::element *x, typename V::element *y) { return *y = *x, 0; }
 };
-template <Level level>
-struct AtanDouble : Atan<f64x4> {
+struct AtanDoubleHigh : Atan<f64x4> {
     KEPS_INLINE static void fast(const V *x, V *y, V &outside) {
-        *y = atanOf<level>(*x);
+        *y = atanHigh(*x);
         outside = zero<V>();
     }
 };
 struct AtanSingleHigh : Atan<f32x8> {
+    KEPS_INLINE static f64x4 wide(f64x4 x) { return atanAngle(x).value(vdatan_low); }
     KEPS_INLINE static void fast(const V *x, V *y, V &outside) {
-        *y = toFloat(atanOf<Level::low>(lowerToDouble(*x)), atanOf<Level::low>(upperToDouble(*x)));
+        *y = toFloat(wide(lowerToDouble(*x)), wide(upperToDouble(*x)));
         outside = zero<V>();
     }
 };
-template <const auto &series>
-struct AtanSingle : Atan<f32x8> {
-    KEPS_INLINE static void fast(const V *x, V *y, V &outside) {
-        const V size = sizeOf(*x), one = splat<V>(1);
-        const V steep = less(one, size);
-        const V t = select(steep, size, one) / select(steep, one, size);
-        const V a = t * polynomial(t * t, series);
-        *y = select(steep, a, splat<V>(halfPiFloat) - a) | signOf(*x);
-        outside = zero<V>();
+template <class V, const auto &series>
+struct AtanShort : Atan<V> {
+    static constexpr int mids = 2;
+    KEPS_INLINE static V outside(V) { return zero<V>(); }
+    KEPS_INLINE static void first(const V *x, V *mid, V &) {
+        const Angle<V> a = atanAngle(*x);
+        mid[0] = a.t;
+        mid[1] = a.from;
+    }
+    KEPS_INLINE static void second(const V *mid, V *y) {
+        *y = Angle<V>{mid[0], mid[1]}.value(series);
     }
 };
 
-struct Atan2Double {
-    using V = f64x4;
-    static constexpr int in = 2, out = 1;
-    static int rare(const double *x, double *y) { return vdatan2_cout_rare(x, y); }
-};
-template <Level level>
-struct Atan2At : Atan2Double {
-    KEPS_INLINE static void fast(const V *x, V *y, V &outside) {
-        *y = atan2Of<level>(x[0], x[1], outside);
-    }
-};
-struct Atan2Single {
-    using V = f32x8;
+template <class Vector>
+struct Atan2 {
+    using V = Vector;
     static constexpr int in = 2, out = 1;
     static int rare(const float *x, float *y) { return vsatan2_cout_rare(x, y); }
-    // Both zero, or one not finite.
-    KEPS_INLINE static V beyond(V ySize, V xSize) {
-        const V most = splat<V>(__FLT_MAX__);
-        return (notLessEqual(ySize, most) | notLessEqual(xSize, most)) |
-               equal(ySize | xSize, zero<V>());
+    static int rare(const double *x, double *y) { return vdatan2_cout_rare(x, y); }
+};
+struct Atan2DoubleHigh : Atan2<f64x4> {
+    KEPS_INLINE static void fast(const V *x, V *y, V &outside) {
+        *y = atan2High(x[0], x[1], outside);
     }
 };
-struct Atan2SingleHigh : Atan2Single {
+// Sums that are not finite or zero, or whose parts are not.
+template <class V>
+KEPS_INLINE V atan2Beyond(V y, V x) {
+    const V sum = sizeOf(y) + sizeOf(x);
+    const auto most = std::is_same_v<V, f32x8> ? __FLT_MAX__ : __DBL_MAX__;
+    return notLessEqual(sum, constant<V>(most)) | equal(sum, zero<V>());
+}
+struct Atan2SingleHigh : Atan2<f32x8> {
+    KEPS_INLINE static f64x4 wide(f64x4 y, f64x4 x) { return atan2Angle(y, x).value(vdatan_low); }
     KEPS_INLINE static void fast(const V *x, V *y, V &outside) {
-        f64x4 ignored;
-        *y = toFloat(atan2Of<Level::low>(lowerToDouble(x[0]), lowerToDouble(x[1]), ignored),
-                     atan2Of<Level::low>(upperToDouble(x[0]), upperToDouble(x[1]), ignored));
-        const V low = splat<V>(0x1p-120F), high = splat<V>(0x1p120F);
-        const V ySize = sizeOf(x[0]), xSize = sizeOf(x[1]);
-        outside = (notLess(ySize, high) | notLess(xSize, high)) | less(max(ySize, xSize), low);
+        *y = toFloat(wide(lowerToDouble(x[0]), lowerToDouble(x[1])),
+                     wide(upperToDouble(x[0]), upperToDouble(x[1])));
+        outside = atan2Beyond(x[0], x[1]);
     }
 };
-template <const auto &series>
-struct Atan2Short : Atan2Single {
-    KEPS_INLINE static void fast(const V *x, V *y, V &outside) {
-        const V ySize = sizeOf(x[0]), xSize = sizeOf(x[1]);
-        const V t = min(ySize, xSize) / max(ySize, xSize);
-        const V a = t * polynomial(t * t, series);
-        const V front = select(less(xSize, ySize), a, splat<V>(halfPiFloat) - a);
-        *y = select(x[1], front, splat<V>(piFloat) - front) | signOf(x[0]);
-        outside = beyond(ySize, xSize);
+template <class V, const auto &series>
+struct Atan2Short : Atan2<V> {
+    static constexpr int mids = 2;
+    KEPS_INLINE static V outside(V marks) { return marks; }
+    KEPS_INLINE static void first(const V *x, V *mid, V &extent) {
+        const Angle<V> a = atan2Angle(x[0], x[1]);
+        mid[0] = a.t;
+        mid[1] = a.from;
+        extent = extent | atan2Beyond(x[0], x[1]);
+    }
+    KEPS_INLINE static void second(const V *mid, V *y) {
+        *y = Angle<V>{mid[0], mid[1]}.value(series);
     }
 };
 
 } // namespace
 
 int own_keps_sAtan_E9LAynn(const float *src, float *dst, int32_t len) {
-    return run<AtanSingle<vsatan_low>>(src, dst, len);
+    return run<AtanShort<f32x8, vsatan_low>>(src, dst, len);
 }
 int own_keps_sAtan_E9HAynn(const float *src, float *dst, int32_t len) {
     return run<AtanSingleHigh>(src, dst, len);
 }
 int own_keps_sAtan_E9EPnnn(const float *src, float *dst, int32_t len) {
-    return run<AtanSingle<vsatan_fast>>(src, dst, len);
+    return run<AtanShort<f32x8, vsatan_fast>>(src, dst, len);
 }
 int own_keps_dAtan_E9LAynn(const double *src, double *dst, int32_t len) {
-    return run<AtanDouble<Level::low>>(src, dst, len);
+    return run<AtanShort<f64x4, vdatan_low>>(src, dst, len);
 }
 int own_keps_dAtan_E9HAynn(const double *src, double *dst, int32_t len) {
-    return run<AtanDouble<Level::high>>(src, dst, len);
+    return run<AtanDoubleHigh>(src, dst, len);
 }
 int own_keps_dAtan_E9EPnnn(const double *src, double *dst, int32_t len) {
-    return run<AtanDouble<Level::enhanced>>(src, dst, len);
+    return run<AtanShort<f64x4, vdatan_fast>>(src, dst, len);
 }
 int own_keps_sAtan2_E9LAynn(const float *src1, const float *src2, float *dst, int32_t len) {
-    return run<Atan2Short<vsatan_low>>(src1, src2, dst, len);
+    return run<Atan2Short<f32x8, vsatan_low>>(src1, src2, dst, len);
 }
 int own_keps_sAtan2_E9HAynn(const float *src1, const float *src2, float *dst, int32_t len) {
     return run<Atan2SingleHigh>(src1, src2, dst, len);
 }
 int own_keps_sAtan2_E9EPnnn(const float *src1, const float *src2, float *dst, int32_t len) {
-    return run<Atan2Short<vsatan_fast>>(src1, src2, dst, len);
+    return run<Atan2Short<f32x8, vsatan_fast>>(src1, src2, dst, len);
 }
 int own_keps_dAtan2_E9LAynn(const double *src1, const double *src2, double *dst, int32_t len) {
-    return run<Atan2At<Level::low>>(src1, src2, dst, len);
+    return run<Atan2Short<f64x4, vdatan_low>>(src1, src2, dst, len);
 }
 int own_keps_dAtan2_E9HAynn(const double *src1, const double *src2, double *dst, int32_t len) {
-    return run<Atan2At<Level::high>>(src1, src2, dst, len);
+    return run<Atan2DoubleHigh>(src1, src2, dst, len);
 }
 int own_keps_dAtan2_E9EPnnn(const double *src1, const double *src2, double *dst, int32_t len) {
-    return run<Atan2At<Level::enhanced>>(src1, src2, dst, len);
+    return run<Atan2Short<f64x4, vdatan_fast>>(src1, src2, dst, len);
 }
 
 Unary32 *const own_keps_sAtan_E9_ttab[] = {own_keps_sAtan_E9LAynn, own_keps_sAtan_E9HAynn,

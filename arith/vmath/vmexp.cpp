@@ -54,9 +54,7 @@ struct Double {
     static constexpr int in = 1, out = 1;
     static int rare(const double *x, double *y) { return vdexp_cout_rare(x, y); }
     // Results and all factors are normal.
-    KEPS_INLINE static V beyond(V x) {
-        return notLessEqual(without(x, splat<V>(-0.0)), splat<V>(708));
-    }
+    KEPS_INLINE static V outside(V size) { return notLessEqual(size, splat<V>(708)); }
 };
 struct DoubleHigh : Double {
     KEPS_INLINE static void fast(const V *x, V *y, V &outside) {
@@ -64,16 +62,22 @@ struct DoubleHigh : Double {
         const auto at = powersAt(e.q);
         const V p = e.r + e.r * e.r * polynomial(e.r, vdexp_high);
         *y = (at.c[0] + (at.c[1] + at.c[0] * p)) * scaleOf(e.q);
-        outside = beyond(*x);
+        outside = Double::outside(sizeOf(*x));
     }
 };
+// The series alone, without the table.
 struct DoubleLow : Double {
-    KEPS_INLINE static void fast(const V *x, V *y, V &outside) {
-        const Exponent<V> e = reduceExponent(*x, 1023);
-        const auto at = powersAt(e.q);
-        const V p = e.r + e.r * e.r * polynomial(e.r, vdexp_low);
-        *y = (at.c[0] + at.c[0] * p) * scaleOf(e.q);
-        outside = beyond(*x);
+    static constexpr int mids = 2;
+    KEPS_INLINE static void first(const V *x, V *mid, V &extent) {
+        const V magic = splat<V>(0x1.8p52 + 1023);
+        const V q = *x * splat<V>(expInvStep / 128) + magic;
+        const V n = q - magic;
+        mid[0] = (*x - n * splat<V>(128 * expStep1)) - n * splat<V>(128 * expStep2);
+        mid[1] = shiftLeft<52>(q);
+        extent = max(sizeOf(*x), extent); // NaN passes through, and is not outside
+    }
+    KEPS_INLINE static void second(const V *mid, V *y) {
+        *y = flatPolynomial(mid[0], vdexp_whole) * mid[1];
     }
 };
 
@@ -81,19 +85,21 @@ struct Single {
     using V = f32x8;
     static constexpr int in = 1, out = 1;
     static int rare(const float *x, float *y) { return vsexp_cout_rare(x, y); }
-    KEPS_INLINE static V beyond(V x) {
-        return notLessEqual(without(x, splat<V>(-0.0F)), splat<V>(87.33F));
-    }
+    KEPS_INLINE static V outside(V size) { return notLessEqual(size, splat<V>(87.33F)); }
 };
+// e^x = 2^n e^r. The power's bits come out of a conversion to integers, since there are conversions
+// of all lanes at once where there are no shifts.
 template <const auto &series>
 struct SingleShort : Single {
-    KEPS_INLINE static void fast(const V *x, V *y, V &outside) {
-        const V magic = splat<V>(0x1.8p23F + 127);
-        const V q = *x * splat<V>(0x1.715476p+0F) + magic;
-        const V n = q - magic;
-        const V r = (*x - n * splat<V>(ln2Float1)) - n * splat<V>(ln2Float2);
-        *y = polynomial(r, series) * shiftLeft<23>(q);
-        outside = beyond(*x);
+    static constexpr int mids = 2;
+    KEPS_INLINE static void first(const V *x, V *mid, V &extent) {
+        const V n = roundToNearest(*x * splat<V>(0x1.715476p+0F));
+        mid[0] = (*x - n * splat<V>(ln2Float1)) - n * splat<V>(ln2Float2);
+        mid[1] = toIntegerBits(n * splat<V>(0x1p23F) + splat<V>(127 * 0x1p23F));
+        extent = max(sizeOf(*x), extent); // NaN passes through, and is not outside
+    }
+    KEPS_INLINE static void second(const V *mid, V *y) {
+        *y = flatPolynomial(mid[0], series) * mid[1];
     }
 };
 struct SingleHigh : Single {
@@ -105,7 +111,7 @@ struct SingleHigh : Single {
     }
     KEPS_INLINE static void fast(const V *x, V *y, V &outside) {
         *y = toFloat(wide(lowerToDouble(*x)), wide(upperToDouble(*x)));
-        outside = beyond(*x);
+        outside = Single::outside(sizeOf(*x));
     }
 };
 

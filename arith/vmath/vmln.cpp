@@ -59,11 +59,22 @@ struct DoubleHigh : Double {
         outside = lnBeyond(*x);
     }
 };
+// As SingleShort below.
 template <const auto &series>
 struct DoubleShort : Double {
-    KEPS_INLINE static void fast(const V *x, V *y, V &outside) {
-        *y = lnShort(*x, series);
-        outside = lnBeyond(*x);
+    static constexpr int mids = 2;
+    KEPS_INLINE static void first(const V *x, V *mid, V &extent) {
+        const V field = (*x * splat<V>(0x1.6a09e667f3bcdp+0)) & splatBits<V>(0xFFF0000000000000);
+        const V m = ((*x ^ field) & splatBits<V>(0x001FFFFFFFFFFFFF)) ^ splat<V>(1);
+        const V e = {
+            _mm256_cvtepi32_pd(_mm_sub_epi32(highWords(field), _mm_set1_epi32(1023 << 20)))};
+        mid[0] = (m - splat<V>(1)) / (m + splat<V>(1));
+        mid[1] = e * splat<V>(ln2Double * 0x1p-20);
+        extent = max(sizeOf(e), extent);
+    }
+    KEPS_INLINE static V outside(V e) { return less(splat<V>(1021 * 0x1p20), e); }
+    KEPS_INLINE static void second(const V *mid, V *y) {
+        *y = mid[1] + mid[0] * flatPolynomial(mid[0] * mid[0], series);
     }
 };
 
@@ -75,22 +86,25 @@ struct Single {
         return notLessEqual(splat<V>(0x1p-126F), x) | notLessEqual(x, splat<V>(__FLT_MAX__));
     }
 };
-// x = 2^e m with m between the roots of 1/2 and 2; ln m = 2 artanh((m - 1) / (m + 1)). The exponent
-// field converts to a number as it stands, since there are conversions where there are no shifts.
+// The exponent field of x times the root of 2 is that of the power of two next to x, 2^e; it
+// converts to a number as it stands. Of x = 2^e m, m keeps its digits, and its exponent is 0 or -1
+// as the fields' lowest bits are the same or not. ln m = 2 artanh((m - 1) / (m + 1)). Zero,
+// subnormal and negative numbers, whose sign stays in the field, infinity and NaN have fields far
+// from e = 0; the outermost normal numbers are left to the rare path with them.
 template <const auto &series>
 struct SingleShort : Single {
-    KEPS_INLINE static void fast(const V *x, V *y, V &outside) {
-        const V field = *x & splatBits<V>(0x7F800000);
-        const V m1 = (*x & splatBits<V>(0x007FFFFF)) | splat<V>(1);
-        const V big = notLess(m1, splat<V>(0x1.6a09e6p+0F));
-        const V m = m1 ^ (big & splatBits<V>(0x00800000));
-        const V e = V{_mm256_cvtepi32_ps(_mm256_castps_si256(field.v))} * splat<V>(0x1p-23F) -
-                    (splat<V>(127) - (big & splat<V>(1)));
-        const V f = m - splat<V>(1);
-        const V s = f / (f + splat<V>(2));
-        const V s2 = s * s;
-        *y = e * splat<V>(ln2Float) + (s + s + s * s2 * polynomial(s2, series));
-        outside = beyond(*x);
+    static constexpr int mids = 2;
+    KEPS_INLINE static void first(const V *x, V *mid, V &extent) {
+        const V field = (*x * splat<V>(0x1.6a09e6p+0F)) & splatBits<V>(0xFF800000);
+        const V m = ((*x ^ field) & splatBits<V>(0x00FFFFFF)) ^ splat<V>(1);
+        const V e = fromIntegerBits(field) - splat<V>(127 * 0x1p23F);
+        mid[0] = (m - splat<V>(1)) / (m + splat<V>(1));
+        mid[1] = e * splat<V>(ln2Float * 0x1p-23F);
+        extent = max(sizeOf(e), extent);
+    }
+    KEPS_INLINE static V outside(V e) { return less(splat<V>(125 * 0x1p23F), e); }
+    KEPS_INLINE static void second(const V *mid, V *y) {
+        *y = mid[1] + mid[0] * flatPolynomial(mid[0] * mid[0], series);
     }
 };
 struct SingleHigh : Single {
@@ -118,13 +132,13 @@ int own_keps_sLn_E9EPnnn(const float *src, float *dst, int32_t len) {
     return run<SingleShort<vsln_fast>>(src, dst, len);
 }
 int own_keps_dLn_E9LAynn(const double *src, double *dst, int32_t len) {
-    return run<DoubleShort<vdln_low>>(src, dst, len);
+    return run<DoubleShort<vdln_ratio>>(src, dst, len);
 }
 int own_keps_dLn_E9HAynn(const double *src, double *dst, int32_t len) {
     return run<DoubleHigh>(src, dst, len);
 }
 int own_keps_dLn_E9EPnnn(const double *src, double *dst, int32_t len) {
-    return run<DoubleShort<vdln_fast>>(src, dst, len);
+    return run<DoubleShort<vdln_ratioFast>>(src, dst, len);
 }
 
 Unary32 *const own_keps_sLn_E9_ttab[] = {own_keps_sLn_E9LAynn, own_keps_sLn_E9HAynn,

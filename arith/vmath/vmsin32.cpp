@@ -91,24 +91,26 @@ struct BothHigh : Both {
 // phase does not cost a rare path.
 template <const auto &series>
 struct SineShort : Sine {
-    KEPS_INLINE static void fast(const V *x, V *y, V &outside) {
-        *y = sineByHalves(*x, series);
-        outside = beyond(*x, Turn<V>::limit);
-        if (signs(outside)) [[unlikely]] {
-            *y = select(outside, *y, highSine(*x));
-            outside = beyond(*x, highLimit);
-        }
+    static constexpr int mids = 1;
+    KEPS_INLINE static void first(const V *x, V *mid, V &extent) { *mid = foldedSine(*x, extent); }
+    KEPS_INLINE static V outside(V extent) { return beyondTurns(extent); }
+    KEPS_INLINE static void second(const V *mid, V *y) { *y = sineOfFolded(*mid, series); }
+    KEPS_INLINE static void again(const V *x, V *y, V &outside) {
+        *y = select(outside, *y, highSine(*x));
+        outside = beyond(*x, highLimit);
     }
 };
 template <const auto &series>
 struct CosineShort : Cosine {
-    KEPS_INLINE static void fast(const V *x, V *y, V &outside) {
-        *y = cosineByHalves(*x, series);
-        outside = beyond(*x, Turn<V>::limit);
-        if (signs(outside)) [[unlikely]] {
-            *y = select(outside, *y, highCosine(*x));
-            outside = beyond(*x, highLimit);
-        }
+    static constexpr int mids = 1;
+    KEPS_INLINE static void first(const V *x, V *mid, V &extent) {
+        *mid = foldedCosine(*x, extent);
+    }
+    KEPS_INLINE static V outside(V extent) { return beyondTurns(extent); }
+    KEPS_INLINE static void second(const V *mid, V *y) { *y = sineOfFolded(*mid, series); }
+    KEPS_INLINE static void again(const V *x, V *y, V &outside) {
+        *y = select(outside, *y, highCosine(*x));
+        outside = beyond(*x, highLimit);
     }
 };
 template <const auto &sines, const auto &cosines>
@@ -116,11 +118,11 @@ struct BothShort : Both {
     KEPS_INLINE static void fast(const V *x, V *y, V &outside) {
         bothByQuarters(*x, sines, cosines, y[0], y[1]);
         outside = beyond(*x, Turn<V>::limit);
-        if (signs(outside)) [[unlikely]] {
-            y[0] = select(outside, y[0], highSine(*x));
-            y[1] = select(outside, y[1], highCosine(*x));
-            outside = beyond(*x, highLimit);
-        }
+    }
+    KEPS_INLINE static void again(const V *x, V *y, V &outside) {
+        y[0] = select(outside, y[0], highSine(*x));
+        y[1] = select(outside, y[1], highCosine(*x));
+        outside = beyond(*x, highLimit);
     }
 };
 

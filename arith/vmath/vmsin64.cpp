@@ -68,17 +68,19 @@ struct BothHigh : Both {
 // The polynomials' kernels differ by their series alone.
 template <const auto &series>
 struct SineShort : Sine {
-    KEPS_INLINE static void fast(const V *x, V *y, V &outside) {
-        *y = sineByHalves(*x, series);
-        outside = beyond(*x, Turn<V>::limit);
-    }
+    static constexpr int mids = 1;
+    KEPS_INLINE static void first(const V *x, V *mid, V &extent) { *mid = foldedSine(*x, extent); }
+    KEPS_INLINE static V outside(V extent) { return beyondTurns(extent); }
+    KEPS_INLINE static void second(const V *mid, V *y) { *y = sineOfFolded(*mid, series); }
 };
 template <const auto &series>
 struct CosineShort : Cosine {
-    KEPS_INLINE static void fast(const V *x, V *y, V &outside) {
-        *y = cosineByHalves(*x, series);
-        outside = beyond(*x, Turn<V>::limit);
+    static constexpr int mids = 1;
+    KEPS_INLINE static void first(const V *x, V *mid, V &extent) {
+        *mid = foldedCosine(*x, extent);
     }
+    KEPS_INLINE static V outside(V extent) { return beyondTurns(extent); }
+    KEPS_INLINE static void second(const V *mid, V *y) { *y = sineOfFolded(*mid, series); }
 };
 template <const auto &sines, const auto &cosines>
 struct BothShort : Both {

@@ -35,6 +35,16 @@ KEPS_INLINE f64x4 equal(f64x4 a, f64x4 b) { return {_mm256_cmp_pd(a.v, b.v, _CMP
 KEPS_INLINE unsigned signs(f32x8 x) { return static_cast<unsigned>(_mm256_movemask_ps(x.v)); }
 KEPS_INLINE unsigned signs(f64x4 x) { return static_cast<unsigned>(_mm256_movemask_pd(x.v)); }
 
+// The sign bits, and all others, of the first n lanes, n from 1 to V::lanes.
+template <class V>
+V firstLanes(size n);
+template <> KEPS_INLINE f32x8 firstLanes<f32x8>(size n) { return {_mm256_castsi256_ps(detail::firstWords(n))}; }
+template <> KEPS_INLINE f64x4 firstLanes<f64x4>(size n) { return {_mm256_castsi256_pd(detail::firstWords(2 * n))}; }
+
+// Integers of the lanes' width as floats of the same value, and floats as integers to nearest.
+KEPS_INLINE f32x8 fromIntegerBits(f32x8 bits) { return {_mm256_cvtepi32_ps(_mm256_castps_si256(bits.v))}; }
+KEPS_INLINE f32x8 toIntegerBits(f32x8 x) { return {_mm256_castsi256_ps(_mm256_cvtps_epi32(x.v))}; }
+
 // To double exactly, and back rounded; 2 and 3 instructions.
 KEPS_INLINE f64x4 lowerToDouble(f32x8 x) { return {_mm256_cvtps_pd(_mm256_castps256_ps128(x.v))}; }
 KEPS_INLINE f64x4 upperToDouble(f32x8 x) { return {_mm256_cvtps_pd(_mm256_extractf128_ps(x.v, 1))}; }
