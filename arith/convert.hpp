@@ -52,10 +52,11 @@ struct ByTwoPowers {
 template <class E = float, class Run>
 KEPS_INLINE KepStatus withScaling(std::int32_t scaleFactor, const Run &run) {
     if (scaleFactor == 0) return run(Unscaled{});
-    // Every number times 2^-both rounds to 0, and any but 0 times 2^both is beyond every integer.
     constexpr std::int32_t one = sizeof(E) == 4 ? 126 : 1022, both = 2 * one;
+    if (-one <= scaleFactor && scaleFactor <= one) [[likely]]
+        return run(ByPower<E>{powerOf<E>(-scaleFactor)});
+    // Every number times 2^-both rounds to 0, and any but 0 times 2^both is beyond every integer.
     const std::int32_t s = scaleFactor > both ? both : (scaleFactor < -both ? -both : scaleFactor);
-    if (-one <= s && s <= one) return run(ByPower<E>{powerOf<E>(-s)});
     const std::int32_t first = s > 0 ? one : -one;
     return run(ByTwoPowers<E>{powerOf<E>(-first), powerOf<E>(first - s)});
 }
@@ -77,7 +78,10 @@ struct ToNearest {
 };
 // By the caller's rounding mode.
 struct AsSet {
-    KEPS_INLINE static two<i32x4> round(f32x8 x) { return toInt(x); }
+    template <class V>
+    KEPS_INLINE static auto round(V x) {
+        return toInt(x);
+    }
 };
 // Ties away from zero. The sum must be rounded toward zero: to nearest, the number just below one
 // half would become 1.
@@ -89,14 +93,36 @@ struct HalfAway {
     }
 };
 
-// Calls run with a rounding while the control register is as that rounding needs it; run's work
-// must be in a function that is not inlined, so that none of it moves past the changes.
+// Roundings of kernels that see to the control register and call a kernel by another rounding. That
+// one must not be inlined, so that none of its work moves past a change of the register; and short
+// arrays to nearest are free of the frame that the register takes.
+
+// For HalfAway: turns the register.
+struct HalfAwayInScope {
+    template <class Run>
+    KEPS_INLINE static KepStatus dispatch(const Run &run) {
+        const RoundingScope scope(roundTowardZero);
+        return run(HalfAway{});
+    }
+};
+// To nearest by the caller's mode where that is to nearest, an instruction less a block: to read
+// the register takes as long as some 200 elements.
+struct ToNearestLong {
+    static constexpr size worthReading = 512;
+    template <class Run>
+    KEPS_INLINE static KepStatus dispatch(const Run &run) {
+        return isRounding(roundNearest) ? run(AsSet{}) : run(ToNearest{});
+    }
+};
+template <class Rounding>
+concept Dispatching =
+    std::is_same_v<Rounding, HalfAwayInScope> || std::is_same_v<Rounding, ToNearestLong>;
+
 template <class Run>
-KEPS_INLINE KepStatus withRounding(int rndMode, const Run &run) {
-    if (rndMode == kepRoundNearest) return run(ToNearest{});
+KEPS_INLINE KepStatus withRounding(int rndMode, size n, const Run &run) {
     if (rndMode == kepRoundTowardZero) return run(TowardZero{});
-    const RoundingScope scope(roundTowardZero);
-    return run(HalfAway{});
+    if (rndMode != kepRoundNearest) return run(HalfAwayInScope{});
+    return n < ToNearestLong::worthReading ? run(ToNearest{}) : run(ToNearestLong{});
 }
 
 // To integers of To: the maximum by min, the minimum and NaN by the conversion and the narrowing.
@@ -104,10 +130,39 @@ template <class To, class Scaling, class Rounding>
 struct ToInteger {
     Scaling scale;
     template <class V>
-    KEPS_INLINE auto operator()(V x) const {
+    KEPS_INLINE auto wide(V x) const {
         constexpr auto most = static_cast<typename V::element>(std::numeric_limits<To>::max());
-        return narrowTo<To>(Rounding::round(min(splat<V>(most), scale(x))));
+        return Rounding::round(min(splat<V>(most), scale(x)));
+    }
+    template <class V>
+    KEPS_INLINE auto operator()(V x) const {
+        return narrowTo<To>(wide(x));
     }
 };
+
+// To 8 bits: 32 elements a round leave as one store; the rest by map. at(p) makes a float vector of
+// the 8 elements at p.
+template <class To, class Scaling, class Rounding, class From, class At>
+KEPS_INLINE void toBytes(const From *src, To *dst, size n, Scaling scale, const At &at) {
+    const ToInteger<To, Scaling, Rounding> op{scale};
+    size i = 0;
+    for (; i + 32 <= n; i += 32) {
+        const auto words = [&](int k) KEPS_INLINE_LAMBDA {
+            const two<i32x4> wide = op.wide(at(loadBlock<8>(src + i + k)));
+            return narrowSaturated(wide.lo, wide.hi);
+        };
+        const auto bytes = [&](int k) KEPS_INLINE_LAMBDA {
+            const i16x8 a = words(k), b = words(k + 8);
+            if constexpr (std::is_signed_v<To>)
+                return i8x16{_mm_packs_epi16(a.v, b.v)};
+            else
+                return u8x16{_mm_packus_epi16(a.v, b.v)};
+        };
+        storeBlock<32>(dst + i, {bytes(0), bytes(16)});
+    }
+    if (i == n) return;
+    const auto each = [&](auto x) KEPS_INLINE_LAMBDA { return op(at(x)); };
+    map<8, 2>(n - i, each, dst + i, src + i);
+}
 
 } // namespace keps

@@ -7,13 +7,14 @@
 
 namespace keps {
 
-// 2^-scaleFactor for quotients and products of samples: at 2^+-100 every result is settled, and
-// nothing leaves a float's range.
-KEPS_INLINE float quotientScale(int scaleFactor) {
+// scaleFactor, and 2^-scaleFactor, for quotients and products of samples: at 2^+-100 every result
+// is settled, and nothing leaves a float's range.
+KEPS_INLINE int quotientExponent(int scaleFactor) {
     constexpr int settled = 100;
-    return powerOf<float>(scaleFactor > settled    ? -settled
-                          : scaleFactor < -settled ? settled
-                                                   : -scaleFactor);
+    return scaleFactor > settled ? settled : (scaleFactor < -settled ? -settled : scaleFactor);
+}
+KEPS_INLINE float quotientScale(int scaleFactor) {
+    return powerOf<float>(-quotientExponent(scaleFactor));
 }
 
 // Collects whether a divisor was zero. The operators of loop shapes are const.
@@ -21,10 +22,29 @@ template <class V>
 class ZeroWatch {
 public:
     KEPS_INLINE void look(V divisor) const { seen = seen | equal(divisor, zero<V>()); }
-    KEPS_INLINE int warning() const { return signs(seen) != 0; }
+    KEPS_INLINE KepStatus warning() const {
+        return signs(seen) ? kepStatusDivisionWarning : kepStatusOk;
+    }
 
 private:
     mutable V seen = zero<V>();
+};
+
+// Of integers: zero is the least of all.
+template <>
+class ZeroWatch<two<i32x4>> {
+public:
+    KEPS_INLINE void look(two<i32x4> divisor) const {
+        lower = _mm_min_epu32(lower, divisor.lo.v);
+        upper = _mm_min_epu32(upper, divisor.hi.v);
+    }
+    KEPS_INLINE KepStatus warning() const {
+        const __m128i isZero = _mm_cmpeq_epi32(_mm_min_epu32(lower, upper), _mm_setzero_si128());
+        return _mm_movemask_epi8(isZero) ? kepStatusDivisionWarning : kepStatusOk;
+    }
+
+private:
+    mutable __m128i lower = _mm_set1_epi32(-1), upper = lower;
 };
 
 // Copies of the last, short block of an array, its last element repeated behind it: lanes without
@@ -37,28 +57,44 @@ struct Padded {
     }
 };
 
-// As map, for operators that watch their sources: for n below N too.
-template <int N, int Unroll, class Op, class To, class... From>
-KEPS_INLINE void mapWatched(size n, const Op &op, To *dst, const From *...src) {
-    if (n >= N) return map<N, Unroll>(n, op, dst, src...);
+// Fewer than N elements: kernel(src..., dst) works on N in copies. Apart, so that a kernel's common
+// course is free of the copies' frame.
+template <int N, class Kernel, class To, class... From>
+[[gnu::noinline]] KepStatus onPadded(Kernel kernel, size n, To *dst, const From *...src) {
     To result[N];
-    storeBlock<N>(result, apply(op, loadBlock<N>(Padded<N, From>(src, n).element)...));
+    const KepStatus warning = kernel(Padded<N, From>(src, n).element..., result);
     for (size i = 0; i < n; ++i) storeOne(dst + i, result[i]);
+    return warning;
+}
+
+// Samples whose quotients are formed in float are widened as they are loaded; their zeros are
+// looked for as integers, since float comparisons share the units of the conversions.
+template <class Wide, class T>
+KEPS_INLINE auto quotientSource(const T *p) {
+    if constexpr (std::is_same_v<Wide, f32x8>)
+        return widened<Kep32s>(p);
+    else
+        return p;
 }
 
 // The substitutes for zero divisors come from the float quotient: infinities saturate by the
-// dividend's sign; NaN, of 0 over 0, is made 0.
+// dividend's sign; NaN, of 0 over 0, is made 0, which saturation does for unsigned results.
 template <class To, class Wide, class Rounding>
 struct Quotient {
+    using Watched = std::conditional_t<std::is_same_v<Wide, f32x8>, two<i32x4>, Wide>;
     Wide scale;
-    ZeroWatch<Wide> zeros;
+    ZeroWatch<Watched> zeros;
     template <class Divisor, class Dividend>
     KEPS_INLINE auto operator()(Divisor divisor, Dividend dividend) const {
         const Wide under = Widen<Wide>{}(divisor);
-        zeros.look(under);
+        if constexpr (std::is_same_v<Watched, Divisor>)
+            zeros.look(divisor);
+        else
+            zeros.look(under);
         const Wide q = Widen<Wide>{}(dividend)*scale / under;
-        const Wide top = splat<Wide>(std::numeric_limits<To>::max());
-        return narrowTo<To>(Rounding::round(min(top, q) & equal(q, q)));
+        Wide bounded = min(splat<Wide>(std::numeric_limits<To>::max()), q);
+        if constexpr (std::is_signed_v<To>) bounded = bounded & equal(q, q);
+        return narrowTo<To>(Rounding::round(bounded));
     }
 };
 

@@ -132,7 +132,10 @@ struct SumOf {
                                  : sizeof(T) == 4      ? 32
                                  : std::is_signed_v<T> ? 16
                                                        : 17;
-    static constexpr int lower = sizeof(T) == 1 ? -7 : sizeof(T) == 2 ? -15 : -30;
+    static constexpr int lower = sizeof(T) == 1        ? -7
+                                 : sizeof(T) == 4      ? -30
+                                 : std::is_signed_v<T> ? -14
+                                                       : -15;
 
     KEPS_INLINE static V plain(V a, V b) { return saturatedSum(a, b); }
     KEPS_INLINE static V half(V a, V b) {
@@ -177,7 +180,10 @@ struct DifferenceOf {
     using result = T;
     using V = int128<T>;
     static constexpr int upper = 8 * sizeof(T);
-    static constexpr int lower = sizeof(T) == 1 ? -7 : sizeof(T) == 2 ? -15 : -30;
+    static constexpr int lower = sizeof(T) == 1        ? -7
+                                 : sizeof(T) == 4      ? -30
+                                 : std::is_signed_v<T> ? -14
+                                                       : -15;
 
     KEPS_INLINE static V plain(V a, V b) { return saturatedDifference(a, b); }
     KEPS_INLINE static V half(V a, V b) {
@@ -288,6 +294,17 @@ struct ProductOf<Kep8u> {
         return narrow({_mm_min_epu16(x.lo.v, top)}, {_mm_min_epu16(x.hi.v, top)});
     }
     KEPS_INLINE static V bounded(V a, V b) { return boundOfProduct(a, b); }
+    // k of 1 to 7: 255 times 2^k is the most that the narrowing has to take.
+    struct Up {
+        u16x8 factor;
+        explicit Up(int s) : factor(splatInt(oneBit<Kep16u>(-s))) {}
+        KEPS_INLINE V operator()(V a, V b) const {
+            const auto x = exact(a, b);
+            const __m128i top = _mm_set1_epi16(255);
+            return narrow(mulLow({_mm_min_epu16(x.lo.v, top)}, factor),
+                          mulLow({_mm_min_epu16(x.hi.v, top)}, factor));
+        }
+    };
     KEPS_INLINE static V half(V a, V b) {
         const auto x = exact(a, b);
         const auto one = [](u16x8 v) KEPS_INLINE_LAMBDA {
@@ -325,9 +342,10 @@ template <>
 struct ProductOf<Kep16s> {
     using result = Kep16s;
     using V = i16x8;
-    static constexpr int upper = 30, lower = -15;
+    static constexpr int upper = 30, lower = -14;
 
     KEPS_INLINE static two<i32x4> exact(V a, V b) {
+        b = inRegister(b);
         return interleave<Kep32s>(mulLow(a, b), mulHigh(a, b));
     }
     KEPS_INLINE static V plain(V a, V b) {
@@ -339,12 +357,33 @@ struct ProductOf<Kep16s> {
         const auto x = exact(a, b);
         return narrowSaturated(halved(x.lo), halved(x.hi));
     }
-    struct DownTo14 {
-        NearDown<Kep32s> rule;
-        explicit DownTo14(int s) : rule(s) {}
+    // The upper halves are cut to what 2^k brings to the type's limits; from there on the rest
+    // saturates.
+    struct Up {
+        V lowest, highest;
+        i32x4 factor;
+        explicit Up(int s)
+            : lowest(splatInt(static_cast<Kep16s>(-(1 << (15 + s))))),
+              highest(splatInt(lowBits<Kep16s>(15 + s))),
+              factor(splatInt(oneBit<Kep32s>(-s))) {}
         KEPS_INLINE V operator()(V a, V b) const {
-            const auto x = exact(a, b);
-            return narrowSaturated(rule(x.lo), rule(x.hi));
+            b = inRegister(b);
+            const V high = {_mm_min_epi16(_mm_max_epi16(mulHigh(a, b).v, lowest.v), highest.v)};
+            const auto x = interleave<Kep32s>(mulLow(a, b), high);
+            return narrowSaturated(mulLow(x.lo, factor), mulLow(x.hi, factor));
+        }
+    };
+    // Half a unit, less one where the quotient is even, is summed with the product.
+    struct DownTo14 {
+        Count by;
+        V bit, half;
+        explicit DownTo14(int s)
+            : by(s), bit(splatInt(oneBit<Kep16s>(s))), half(splatInt(oneBit<Kep16s>(s - 1))) {}
+        KEPS_INLINE V operator()(V a, V b) const {
+            const V up = half + equal(mulLow(a, b) & bit, nothing<Kep16s>());
+            const auto x = interleave<Kep16s>(a, splatInt(Kep16s{1})),
+                       y = interleave<Kep16s>(b, up);
+            return narrowSaturated(mulAddPairs(x.lo, y.lo) >> by, mulAddPairs(x.hi, y.hi) >> by);
         }
     };
     // Only -1 squared leaves the range, and it alone gives the minimum.
@@ -393,9 +432,19 @@ struct ProductOf<Kep16u> {
         return narrowUnsigned(as<Kep32s>(lo), as<Kep32s>(hi));
     }
     KEPS_INLINE static V plain(V a, V b) {
+        b = inRegister(b);
         const V fits = equal(mulHigh(a, b), nothing<Kep16u>());
-        return mulLow(a, b) | (fits ^ splatInt(Kep16u{0xFFFF}));
+        return select(fits, splatInt(Kep16u{0xFFFF}), mulLow(a, b));
     }
+    struct Up {
+        Count by, cut;
+        explicit Up(int s) : by(-s), cut(16 + s) {}
+        KEPS_INLINE V operator()(V a, V b) const {
+            b = inRegister(b);
+            const V low = mulLow(a, b), beyond = mulHigh(a, b) | (low >> cut);
+            return select(equal(beyond, nothing<Kep16u>()), splatInt(Kep16u{0xFFFF}), low << by);
+        }
+    };
     struct DownTo16 {
         NearDown<Kep32u> rule;
         explicit DownTo16(int s) : rule(s) {}
@@ -527,7 +576,7 @@ template <>
 struct ProductOf<Kep16sc> {
     using result = Kep16s;
     using V = i16x8;
-    static constexpr int upper = 31, lower = -15;
+    static constexpr int upper = 31, lower = -14;
 
     KEPS_INLINE static V plain(V a, V b) {
         const ComplexProduct16 p(a, b);
@@ -563,13 +612,16 @@ struct Wide {
     KEPS_INLINE i32x4 low() const {
         return {_mm_blend_epi16(even.v, _mm_slli_epi64(odd.v, 32), 0xCC)};
     }
-    // In the order 0, 2, 1, 3 up to the last instruction, which saves one.
-    KEPS_INLINE i32x4 saturated() const {
-        const __m128 e = _mm_castsi128_ps(even.v), o = _mm_castsi128_ps(odd.v);
-        const i32x4 l = {_mm_castps_si128(_mm_shuffle_ps(e, o, 0x88))};
-        const i32x4 h = {_mm_castps_si128(_mm_shuffle_ps(e, o, 0xDD))};
-        const i32x4 x = select(equal(shiftRight<31>(l), h), limitOf(h), l);
-        return {_mm_shuffle_epi32(x.v, 0xD8)};
+    KEPS_INLINE i32x4 high() const {
+        return {_mm_blend_epi16(_mm_srli_epi64(even.v, 32), odd.v, 0xCC)};
+    }
+    // The lower words of the even ones, the upper words of the odd ones.
+    KEPS_INLINE i32x4 mixed() const { return {_mm_blend_epi16(even.v, odd.v, 0xCC)}; }
+    KEPS_INLINE i32x4 saturated() const { return saturated(low()); }
+    // With the lower words at hand.
+    KEPS_INLINE i32x4 saturated(i32x4 l) const {
+        const i32x4 h = high();
+        return select(equal(shiftRight<31>(l), h), limitOf(h), l);
     }
 };
 
@@ -669,13 +721,12 @@ struct NarrowedWide {
         }
     };
     template <class Run>
-    KEPS_INLINE static KepStatus down([[maybe_unused]] int s, const Run &run) {
-        if constexpr (Exact::near) {
-            if (s < 32) return run.template operator()<NearDown>();
+    KEPS_INLINE static KepStatus down(int s, const Run &run) {
+        if (s < 32) return run.template operator()<NearDown>();
+        if constexpr (Exact::near)
             return run.template operator()<NearDownFrom32>();
-        } else {
+        else
             return run.template operator()<Down>();
-        }
     }
 };
 
@@ -701,22 +752,30 @@ struct Exact32sPlus {
 };
 
 // Complex products: real parts even, imaginary parts odd, exact but for the sum of four minima,
-// 2^63, which is held as 2^63 - 1.
+// 2^63, which is held as 2^63 - 2^31: halves of up to 2^30 may be added to it, as to all others.
 struct Exact32sc {
     static constexpr int upper = 63, lower = -31;
     static constexpr bool near = false;
     KEPS_INLINE static Wide of(i32x4 a, i32x4 b) {
         const u64x2 ar = evenWords(a), ai = oddWords(a), br = evenWords(b), bi = oddWords(b);
         const u64x2 im = wideProduct(ar, bi) + wideProduct(ai, br);
-        return {wideProduct(ar, br) - wideProduct(ai, bi), im ^ equal(im, splatInt(topBit))};
+        const u64x2 isBeyond = equal(im, splatInt(topBit));
+        return {wideProduct(ar, br) - wideProduct(ai, bi), im + shiftLeft<31>(isBeyond)};
     }
 };
 
 template <>
 struct ProductOf<Kep32s> : NarrowedWide<Exact32s> {
+    KEPS_INLINE static V plain(V a, V b) { return Exact32s::of(a, b).saturated(mulLow(a, b)); }
     KEPS_INLINE static V bounded(V a, V b) { return boundOfProduct(a, b); }
 };
 template <>
-struct ProductOf<Kep32sc> : NarrowedWide<Exact32sc> {};
+struct ProductOf<Kep32sc> : NarrowedWide<Exact32sc> {
+    KEPS_INLINE static V bounded(V a, V b) {
+        const Wide v = Exact32sc::of(a, b),
+                   zero = {equal(v.even, nothing<Kep64u>()), equal(v.odd, nothing<Kep64u>())};
+        return without(limitOf(v.high()), zero.mixed());
+    }
+};
 
 } // namespace keps

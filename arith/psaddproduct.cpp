@@ -76,7 +76,8 @@ KepStatus kepsAddProduct_16s32s_Sfs(const Kep16s *src1, const Kep16s *src2, Kep3
     if (scaleFactor > SumOf<Kep32s>::upper) return kepsZero_32s(srcDst, len);
     const Kep32s *sum = srcDst;
     return byClass<SumOf<Kep32s>>(scaleFactor, [&]<class Rule>() {
-        return mapArrays<ProductThen<Rule>>(scaleFactor, len, srcDst, src1, src2, sum);
+        return mapArrays<ProductThen<Rule>, Kep32s, Kep16s, Kep16s, Kep32s>(src1, src2, sum, srcDst,
+                                                                            len, scaleFactor);
     });
 }
 

@@ -14,44 +14,56 @@ namespace {
 constexpr int nearest = _MM_FROUND_TO_NEAREST_INT | _MM_FROUND_NO_EXC;
 constexpr int towardZero = _MM_FROUND_TO_ZERO | _MM_FROUND_NO_EXC;
 
+struct FromHalves {
+    using From = Kep16f;
+    using To = Kep32f;
+    KEPS_F16C KEPS_INLINE static f32x8 make(u16x8 x) { return {_mm256_cvtph_ps(x.v)}; }
+};
+template <int rounding>
+struct ToHalves {
+    using From = Kep32f;
+    using To = Kep16f;
+    KEPS_F16C KEPS_INLINE static u16x8 make(f32x8 x) { return {_mm256_cvtps_ph(x.v, rounding)}; }
+};
+template <int rounding>
+struct SamplesToHalves {
+    using From = Kep16s;
+    using To = Kep16f;
+    KEPS_F16C KEPS_INLINE static u16x8 make(i16x8 x) {
+        return ToHalves<rounding>::make(Widen<f32x8>{}(x));
+    }
+};
+
+// Four blocks a round, single blocks, the ends of a last short one.
+template <class Op>
+KEPS_F16C KEPS_INLINE void mapF16C(const typename Op::From *src, typename Op::To *dst, size n) {
+    size i = 0;
+    for (; i + 32 <= n; i += 32) {
+        storeBlock<8>(dst + i, Op::make(loadBlock<8>(src + i)));
+        storeBlock<8>(dst + i + 8, Op::make(loadBlock<8>(src + i + 8)));
+        storeBlock<8>(dst + i + 16, Op::make(loadBlock<8>(src + i + 16)));
+        storeBlock<8>(dst + i + 24, Op::make(loadBlock<8>(src + i + 24)));
+    }
+    for (; i + 8 <= n; i += 8) storeBlock<8>(dst + i, Op::make(loadBlock<8>(src + i)));
+    if (i < n) storeEnds<8>(dst + i, Op::make(loadEnds<8>(src + i, n - i)), n - i);
+}
+
 } // namespace
 
 KEPS_F16C void ownkepsCnvrt_ivx_16f32f(const Kep16f *src, Kep32f *dst, size n) {
-    size i = 0;
-    for (; i + 8 <= n; i += 8) store(dst + i, f32x8{_mm256_cvtph_ps(loadBlock<8>(src + i).v)});
-    if (i < n) storeEnds<8>(dst + i, f32x8{_mm256_cvtph_ps(loadEnds<8>(src + i, n - i).v)}, n - i);
+    mapF16C<FromHalves>(src, dst, n);
 }
-
 KEPS_F16C void ownkepsCnvrt_ivx_32f16f(const Kep32f *src, Kep16f *dst, size n, bool isNearest) {
-    size i = 0;
     if (isNearest)
-        for (; i + 8 <= n; i += 8)
-            store(dst + i, u16x8{_mm256_cvtps_ph(loadBlock<8>(src + i).v, nearest)});
+        mapF16C<ToHalves<nearest>>(src, dst, n);
     else
-        for (; i + 8 <= n; i += 8)
-            store(dst + i, u16x8{_mm256_cvtps_ph(loadBlock<8>(src + i).v, towardZero)});
-    if (i == n) return;
-    const __m256 rest = loadEnds<8>(src + i, n - i).v;
-    const __m128i half =
-        isNearest ? _mm256_cvtps_ph(rest, nearest) : _mm256_cvtps_ph(rest, towardZero);
-    storeEnds<8>(dst + i, u16x8{half}, n - i);
+        mapF16C<ToHalves<towardZero>>(src, dst, n);
 }
-
 KEPS_F16C void ownkepsCnvrt_ivx_16s16f(const Kep16s *src, Kep16f *dst, size n, bool isNearest) {
-    size i = 0;
     if (isNearest)
-        for (; i + 8 <= n; i += 8)
-            store(dst + i,
-                  u16x8{_mm256_cvtps_ph(Widen<f32x8>{}(loadBlock<8>(src + i)).v, nearest)});
+        mapF16C<SamplesToHalves<nearest>>(src, dst, n);
     else
-        for (; i + 8 <= n; i += 8)
-            store(dst + i,
-                  u16x8{_mm256_cvtps_ph(Widen<f32x8>{}(loadBlock<8>(src + i)).v, towardZero)});
-    if (i == n) return;
-    const __m256 rest = Widen<f32x8>{}(loadEnds<8>(src + i, n - i)).v;
-    const __m128i half =
-        isNearest ? _mm256_cvtps_ph(rest, nearest) : _mm256_cvtps_ph(rest, towardZero);
-    storeEnds<8>(dst + i, u16x8{half}, n - i);
+        mapF16C<SamplesToHalves<towardZero>>(src, dst, n);
 }
 
 namespace {

@@ -103,19 +103,25 @@ Packed24 *packed(Kep8u *p) {
 }
 
 template <class Op, class From, class To>
-KEPS_INLINE KepStatus convert(const From *src, To *dst, std::int32_t len, const Op &op) {
+[[gnu::noinline]] KepStatus convert(const From *src, To *dst, size n, Op op) {
+    map<8, 2>(n, op, dst, src);
+    return kepStatusOk;
+}
+
+template <class Op, class To>
+KEPS_INLINE KepStatus unpacked(const Kep8u *src, To *dst, std::int32_t len, const Op &op) {
     if (const KepStatus refused = refuse(len, src, dst)) return refused;
-    map<8, 2>(len, op, dst, src);
+    map<8, 2>(len, op, dst, packed(src));
     return kepStatusOk;
 }
 
 template <class Range>
 KEPS_INLINE KepStatus fromIntegers(const typename Range::type *src, Kep8u *dst, std::int32_t len,
                                    int scaleFactor) {
+    if (const KepStatus refused = refuse(len, src, dst)) return refused;
     if (scaleFactor == 0) return convert(src, packed(dst), len, Pack<Range>{});
     if (scaleFactor < 0)
         return convert(src, packed(dst), len, PackUp<Range>{scaleFactor < -31 ? 31 : -scaleFactor});
-    if (const KepStatus refused = refuse(len, src, dst)) return refused;
     if (scaleFactor <= Range::downMost)
         return convert(src, packed(dst), len, PackDown<Range>{scaleFactor});
     for (size i = 0; i < 3 * size{len}; ++i) dst[i] = 0;
@@ -124,6 +130,7 @@ KEPS_INLINE KepStatus fromIntegers(const typename Range::type *src, Kep8u *dst, 
 
 template <class Range>
 KEPS_INLINE KepStatus fromFloats(const Kep32f *src, Kep8u *dst, std::int32_t len, int scaleFactor) {
+    if (const KepStatus refused = refuse(len, src, dst)) return refused;
     return withScaling<float>(scaleFactor, [&]<class Scaling>(Scaling scale) {
         return convert(src, packed(dst), len, PackFloat<Range, Scaling>{scale});
     });
@@ -132,10 +139,10 @@ KEPS_INLINE KepStatus fromFloats(const Kep32f *src, Kep8u *dst, std::int32_t len
 } // namespace
 
 // clang-format off
-KepStatus kepsConvert_24s32s(const Kep8u *src, Kep32s *dst, int32_t len) { return convert(packed(src), dst, len, Unpack<Kep32s>{}); }
-KepStatus kepsConvert_24u32u(const Kep8u *src, Kep32u *dst, int32_t len) { return convert(packed(src), dst, len, Unpack<Kep32u>{}); }
-KepStatus kepsConvert_24s32f(const Kep8u *src, Kep32f *dst, int32_t len) { return convert(packed(src), dst, len, UnpackToFloat<Kep32s>{}); }
-KepStatus kepsConvert_24u32f(const Kep8u *src, Kep32f *dst, int32_t len) { return convert(packed(src), dst, len, UnpackToFloat<Kep32u>{}); }
+KepStatus kepsConvert_24s32s(const Kep8u *src, Kep32s *dst, int32_t len) { return unpacked(src, dst, len, Unpack<Kep32s>{}); }
+KepStatus kepsConvert_24u32u(const Kep8u *src, Kep32u *dst, int32_t len) { return unpacked(src, dst, len, Unpack<Kep32u>{}); }
+KepStatus kepsConvert_24s32f(const Kep8u *src, Kep32f *dst, int32_t len) { return unpacked(src, dst, len, UnpackToFloat<Kep32s>{}); }
+KepStatus kepsConvert_24u32f(const Kep8u *src, Kep32f *dst, int32_t len) { return unpacked(src, dst, len, UnpackToFloat<Kep32u>{}); }
 KepStatus kepsConvert_32s24s_Sfs(const Kep32s *src, Kep8u *dst, int32_t len, int scaleFactor) { return fromIntegers<Range24s>(src, dst, len, scaleFactor); }
 KepStatus kepsConvert_32u24u_Sfs(const Kep32u *src, Kep8u *dst, int32_t len, int scaleFactor) { return fromIntegers<Range24u>(src, dst, len, scaleFactor); }
 KepStatus kepsConvert_32f24s_Sfs(const Kep32f *src, Kep8u *dst, int32_t len, int scaleFactor) { return fromFloats<Range24s>(src, dst, len, scaleFactor); }

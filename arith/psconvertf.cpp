@@ -18,14 +18,20 @@ struct ToInteger32 {
     }
 };
 
-template <class Scaling, class Rounding>
-[[gnu::noinline]] KepStatus toInteger(const Kep32f *src, Kep32s *dst, size n, Scaling scale) {
-    map<8, 2>(n, ToInteger32<Scaling, Rounding>{scale}, reinterpret_cast<float *>(dst), src);
-    return kepStatusOk;
-}
 template <class Scaling, class Rounding, class From, class To>
 [[gnu::noinline]] KepStatus toInteger(const From *src, To *dst, size n, Scaling scale) {
-    map<32 / sizeof(From), 2>(n, ToInteger<To, Scaling, Rounding>{scale}, dst, src);
+    if constexpr (Dispatching<Rounding>) {
+        return Rounding::dispatch([=]<class Own>(Own) KEPS_INLINE_LAMBDA {
+            return toInteger<Scaling, Own>(src, dst, n, scale);
+        });
+    } else if constexpr (sizeof(From) == 4 && sizeof(To) == 4) {
+        map<8, 2>(n, ToInteger32<Scaling, Rounding>{scale}, reinterpret_cast<float *>(dst), src);
+    } else if constexpr (sizeof(From) == 4 && sizeof(To) == 1) {
+        const auto same = [](f32x8 x) KEPS_INLINE_LAMBDA { return x; };
+        toBytes<To, Scaling, Rounding>(src, dst, n, scale, same);
+    } else {
+        map<32 / sizeof(From), 4>(n, ToInteger<To, Scaling, Rounding>{scale}, dst, src);
+    }
     return kepStatusOk;
 }
 
@@ -34,7 +40,7 @@ KEPS_INLINE KepStatus toInteger(const From *src, To *dst, std::int32_t len, int 
                                 int scaleFactor) {
     if (const KepStatus refused = refuse(len, src, dst)) return refused;
     return withScaling<From>(scaleFactor, [&]<class Scaling>(Scaling scale) {
-        return withRounding(rndMode, [&]<class Rounding>(Rounding) {
+        return withRounding(rndMode, len, [&]<class Rounding>(Rounding) {
             return toInteger<Scaling, Rounding>(src, dst, size{len}, scale);
         });
     });

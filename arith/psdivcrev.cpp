@@ -29,19 +29,23 @@ struct Constant32f {
 };
 
 template <class Op, class T>
-[[gnu::noinline]] int overElements(const T *src, float val, T *dst, size n) {
+[[gnu::noinline]] KepStatus overElements(const T *src, float val, T *dst, size n) {
+    if (n < 8) [[unlikely]] {
+        const auto whole = [=](const T *elements, T *results) {
+            return overElements<Op>(elements, val, results, 8);
+        };
+        return onPadded<8>(whole, n, dst, src);
+    }
     const Op op{splat<f32x8>(val), {}};
-    mapWatched<8, 2>(n, op, dst, src);
+    map<8, 2>(n, op, dst, src);
     return op.zeros.warning();
 }
 
 template <class Op, std::int32_t threshold, class T>
 KEPS_INLINE KepStatus overElementsSplit(const T *src, float val, T *dst, std::int32_t len) {
-    const int warning =
-        vectorSplit<teamOfTwo>(len, threshold, [=](std::int32_t first, std::int32_t n) {
-            return overElements<Op>(src + first, val, dst + first, n);
-        });
-    return warning ? kepStatusDivisionWarning : kepStatusOk;
+    return vectorSplit<teamOfTwo>(len, threshold, [=](std::int32_t first, std::int32_t n) {
+        return overElements<Op>(src + first, val, dst + first, n);
+    });
 }
 
 } // namespace

@@ -17,10 +17,16 @@ struct FloatQuotient {
 };
 
 template <class T>
-[[gnu::noinline]] int quotients(const T *src1, const T *src2, T *dst, size n) {
+[[gnu::noinline]] KepStatus quotients(const T *src1, const T *src2, T *dst, size n) {
     constexpr int N = 32 / sizeof(T);
+    if (n < N) [[unlikely]] {
+        const auto whole = [](const T *divisors, const T *dividends, T *results) {
+            return quotients(divisors, dividends, results, N);
+        };
+        return onPadded<N>(whole, n, dst, src1, src2);
+    }
     const FloatQuotient<Block<T, N>> op{};
-    mapWatched<N, 4>(n, op, dst, src1, src2);
+    map<N, 4>(n, op, dst, src1, src2);
     return op.zeros.warning();
 }
 
@@ -28,11 +34,9 @@ template <class T>
 KEPS_INLINE KepStatus divide(const T *src1, const T *src2, T *dst, std::int32_t len,
                              std::int32_t threshold) {
     if (const KepStatus refused = refuse(len, src1, src2, dst)) return refused;
-    const int warning =
-        vectorSplit<teamOfTwo>(len, threshold, [=](std::int32_t first, std::int32_t n) {
-            return quotients(src1 + first, src2 + first, dst + first, n);
-        });
-    return warning ? kepStatusDivisionWarning : kepStatusOk;
+    return vectorSplit<teamOfTwo>(len, threshold, [=](std::int32_t first, std::int32_t n) {
+        return quotients(src1 + first, src2 + first, dst + first, n);
+    });
 }
 
 // Complex quotients. With divisor c + di and dividend a + bi: m = cc + dd, u = ca + db,
@@ -60,42 +64,56 @@ KEPS_INLINE void storeParts(double *p, Parts<f64x4> x) {
     store(p + 4, f64x4{_mm256_unpackhi_pd(x.re.v, x.im.v)});
 }
 
-// Eight elements. One Newton step on the processor's estimate gives 23 bits.
+// Blocks of eight elements. One Newton step on the processor's estimate gives 23 bits. One test for
+// zero divisors serves all blocks.
+template <int blocks>
 KEPS_INLINE int quotients8(const float *src1, const float *src2, float *dst) {
-    const auto [c, d] = partsOf(load<f32x8>(src1), load<f32x8>(src1 + 8));
-    const auto [a, b] = partsOf(load<f32x8>(src2), load<f32x8>(src2 + 8));
-    f32x8 m = c * c + d * d;
-    const f32x8 isZero = equal(m, zero<f32x8>()), two = splat<f32x8>(2);
-    m = m + (isZero & two);
-    const f32x8 r0{_mm256_rcp_ps(m.v)};
-    const f32x8 r = r0 * (two - m * r0);
-    Parts<f32x8> result{(c * a + d * b) * r, (c * b - d * a) * r};
-    const int warning = signs(isZero) != 0;
+    Parts<f32x8> result[blocks];
+    f32x8 isZero[blocks], anyZero = zero<f32x8>();
+    times<blocks>([&](int k) KEPS_INLINE_LAMBDA {
+        const float *under = src1 + 16 * k, *over = src2 + 16 * k;
+        const auto [c, d] = partsOf(load<f32x8>(under), load<f32x8>(under + 8));
+        const auto [a, b] = partsOf(load<f32x8>(over), load<f32x8>(over + 8));
+        const f32x8 m = c * c + d * d;
+        const f32x8 r0{_mm256_rcp_ps(m.v)};
+        const f32x8 r = r0 * (splat<f32x8>(2) - m * r0);
+        result[k] = {(c * a + d * b) * r, (c * b - d * a) * r};
+        isZero[k] = equal(m, zero<f32x8>());
+        anyZero = anyZero | isZero[k];
+    });
+    const int warning = signs(anyZero) != 0;
     if (warning) [[unlikely]] {
         const f32x8 nan = splatBits<f32x8>(notANumber32);
-        result = {select(isZero, result.re, nan), select(isZero, result.im, nan)};
+        times<blocks>([&](int k) KEPS_INLINE_LAMBDA {
+            result[k] = {select(isZero[k], result[k].re, nan),
+                         select(isZero[k], result[k].im, nan)};
+        });
     }
-    storeParts(dst, result);
+    times<blocks>([&](int k) KEPS_INLINE_LAMBDA { storeParts(dst + 16 * k, result[k]); });
     return warning;
 }
 
-[[gnu::noinline]] int complexQuotients(const Kep32fc *src1, const Kep32fc *src2, Kep32fc *dst,
-                                       size n) {
+[[gnu::noinline]] KepStatus complexQuotients(const Kep32fc *src1, const Kep32fc *src2, Kep32fc *dst,
+                                             size n) {
     const auto parts = [](auto *p) KEPS_INLINE_LAMBDA {
         using Part = std::conditional_t<std::is_const_v<std::remove_pointer_t<decltype(p)>>,
                                         const float, float>;
         return reinterpret_cast<Part *>(p);
     };
-    int warning = 0;
+    int isWarning = 0;
     size i = 0;
-    for (; i + 8 <= n; i += 8)
-        warning |= quotients8(parts(src1 + i), parts(src2 + i), parts(dst + i));
+    for (; i + 16 <= n; i += 16)
+        isWarning |= quotients8<2>(parts(src1 + i), parts(src2 + i), parts(dst + i));
+    if (i + 8 <= n) {
+        isWarning |= quotients8<1>(parts(src1 + i), parts(src2 + i), parts(dst + i));
+        i += 8;
+    }
+    const KepStatus warning = isWarning ? kepStatusDivisionWarning : kepStatusOk;
     if (i == n) return warning;
-    const Padded<8, Kep32fc> divisor(src1 + i, n - i), dividend(src2 + i, n - i);
-    Kep32fc result[8];
-    warning |= quotients8(parts(divisor.element), parts(dividend.element), parts(result));
-    for (size k = 0; i + k < n; ++k) storeOne(dst + i + k, result[k]);
-    return warning;
+    const auto whole = [](const Kep32fc *divisors, const Kep32fc *dividends, Kep32fc *results) {
+        return complexQuotients(divisors, dividends, results, 8);
+    };
+    return warning | onPadded<8>(whole, n - i, dst + i, src1 + i, src2 + i);
 }
 
 KEPS_INLINE double squaredMagnitude(Kep64fc x) {
@@ -198,10 +216,9 @@ KepStatus kepsDiv_64f_I(const Kep64f *src, Kep64f *srcDst, int32_t len) { return
 
 KepStatus kepsDiv_32fc(const Kep32fc *src1, const Kep32fc *src2, Kep32fc *dst, int32_t len) {
     if (const KepStatus refused = refuse(len, src1, src2, dst)) return refused;
-    const int warning = vectorSplit<teamOfTwo>(len, 1024, [=](std::int32_t first, std::int32_t n) {
+    return vectorSplit<teamOfTwo>(len, 1024, [=](std::int32_t first, std::int32_t n) {
         return complexQuotients(src1 + first, src2 + first, dst + first, n);
     });
-    return warning ? kepStatusDivisionWarning : kepStatusOk;
 }
 KepStatus kepsDiv_32fc_I(const Kep32fc *src, Kep32fc *srcDst, int32_t len) {
     return kepsDiv_32fc(src, srcDst, srcDst, len);

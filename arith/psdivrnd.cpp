@@ -7,17 +7,23 @@ using namespace keps;
 namespace {
 
 template <class Rounding, class T>
-[[gnu::noinline]] int quotients(const T *src1, const T *src2, T *dst, size n, float scale) {
+[[gnu::noinline]] KepStatus quotients(const T *src1, const T *src2, T *dst, size n, float scale) {
+    if (n < 8) [[unlikely]] {
+        const auto whole = [=](const T *divisors, const T *dividends, T *results) {
+            return quotients<Rounding>(divisors, dividends, results, 8, scale);
+        };
+        return onPadded<8>(whole, n, dst, src1, src2);
+    }
     const Quotient<T, f32x8, Rounding> op{splat<f32x8>(scale), {}};
-    mapWatched<8, 2>(n, op, dst, src1, src2);
+    map<8, 2>(n, op, dst, quotientSource<f32x8>(src1), quotientSource<f32x8>(src2));
     return op.zeros.warning();
 }
 
 // Toward zero the quotient itself is cut off too: rounded to nearest it could reach the next
 // integer.
 template <class T>
-KEPS_INLINE int quotientsByMode(const T *src1, const T *src2, T *dst, size n, int rndMode,
-                                float scale) {
+[[gnu::noinline]] KepStatus quotientsByMode(const T *src1, const T *src2, T *dst, size n,
+                                            int rndMode, float scale) {
     const RoundingScope scope(rndMode == kepRoundTowardZero ? roundTowardZero : roundNearest);
     if (rndMode == kepRoundTowardZero) return quotients<TowardZero>(src1, src2, dst, n, scale);
     if (rndMode == kepRoundNearest) return quotients<ToNearest>(src1, src2, dst, n, scale);
@@ -41,11 +47,10 @@ KEPS_INLINE KepStatus divide(const T *src1, const T *src2, T *dst, std::int32_t 
     const float scale = quotientScale(inWindow          ? scaleFactor
                                       : scaleFactor < 0 ? INT32_MIN
                                                         : INT32_MAX);
-    const int warning = vectorSplit<wholeTeam>(
+    return vectorSplit<wholeTeam>(
         len, inWindow ? window.threshold : INT32_MAX, [=](std::int32_t first, std::int32_t n) {
             return quotientsByMode(src1 + first, src2 + first, dst + first, n, rndMode, scale);
         });
-    return warning ? kepStatusDivisionWarning : kepStatusOk;
 }
 
 } // namespace

@@ -3,9 +3,10 @@
 //
 // An operation (integerops.hpp) is a struct of static members: upper and lower, the scale factors
 // beyond which all results are 0 or a bound; plain, the saturated result; half, that of scale
-// factor 1; and down(s, run), which hands run the rule of a scale factor of 2 and more. A rule is
-// made from the scale factor, once per call, and is then an operator on vectors. Everything else
-// about scale factors stands here.
+// factor 1; down(s, run), which hands run the rule of a scale factor of 2 and more; and Up, the
+// rule of negative ones, if there is a shorter one than a shift of plain's result. A rule is made
+// from the scale factor, once per call, and is then an operator on vectors. Everything else about
+// scale factors stands here.
 #pragma once
 
 #include <limits>
@@ -42,13 +43,14 @@ struct ShiftUp<T> {
             return (x << by) | int128<T>{_mm_cmpeq_epi16(_mm_max_epu16(x.v, tooLarge.v), x.v)};
     }
 };
+// By a product, which keeps the shuffles' pipes free; k up to 14. At 15 all but 0 saturates.
 template <>
 struct ShiftUp<Kep16s> {
-    Count by; // down from the upper half of 32 bits
-    explicit ShiftUp(int k) : by(16 - k) {}
+    i16x8 factor;
+    explicit ShiftUp(int k) : factor(splatInt(static_cast<Kep16s>(1 << k))) {}
     KEPS_INLINE i16x8 operator()(i16x8 x) const {
-        const auto wide = interleave<Kep32s>(nothing<Kep16s>(), x);
-        return narrowSaturated(wide.lo >> by, wide.hi >> by);
+        const auto wide = interleave<Kep32s>(mulLow(x, factor), mulHigh(x, factor));
+        return narrowSaturated(wide.lo, wide.hi);
     }
 };
 // The limit of x's sign.
@@ -67,14 +69,17 @@ struct ShiftUp<Kep32s> {
     }
 };
 
-// 0 stays 0, the rest becomes the limit of its sign.
+// 0 stays 0, the rest becomes the limit of its sign. Signed: the maximum by x's sign, and the
+// minimum is one beyond its negative.
 template <class T>
 KEPS_INLINE int128<T> bound(int128<T> x) {
-    const int128<T> isZero = equal(x, nothing<T>());
-    if constexpr (std::is_signed_v<T>)
-        return without(limitOf(x), isZero);
+    const int128<T> maximum = splatInt(std::numeric_limits<T>::max());
+    if constexpr (std::is_same_v<T, Kep16s>)
+        return addSaturated(withSign(maximum, x), x);
+    else if constexpr (std::is_signed_v<T>)
+        return withSign(maximum, x) + shiftRight<8 * sizeof(T) - 1>(x);
     else
-        return isZero ^ splatInt(std::numeric_limits<T>::max());
+        return equal(x, nothing<T>()) ^ maximum;
 }
 template <class V>
 KEPS_INLINE two<V> bound(two<V> x) {
@@ -125,38 +130,57 @@ KEPS_INLINE KepStatus byClass(int s, const Run &run) {
     if (s == 0) return run.template operator()<Plain<Op>>();
     if (s == 1) return run.template operator()<Half<Op>>();
     if (s > 1) return Op::down(s, run);
-    if (s >= Op::lower) return run.template operator()<Up<Op>>();
+    if (s >= Op::lower) {
+        if constexpr (requires { typename Op::Up; })
+            return run.template operator()<typename Op::Up>();
+        else
+            return run.template operator()<Up<Op>>();
+    }
     return run.template operator()<Bound<Op>>();
 }
 
 template <class T>
 inline constexpr int lanesOf = 32 / static_cast<int>(sizeof(T));
 
+template <class Rule>
+inline constexpr bool isLight = false;
+template <class Op>
+requires requires {
+    typename Op::light;
+}
+inline constexpr bool isLight<Plain<Op>> = sizeof(typename Op::result) < 4;
 // Rules whose stores are not what holds them up: halves of a block that leave one by one spare
-// them an instruction. Light ones, a saturating sum and no more, are held up by stores.
+// them an instruction. Light ones, a saturating sum and no more, are held up by loads and stores,
+// and take two blocks a round.
 template <class Rule>
 struct Heavy : Rule {
     using separateHalves = void;
 };
 template <class Rule>
+struct Light : Rule {
+    using wholeLoads = void;
+};
+template <class Rule>
 struct WeightOf {
     using type = Heavy<Rule>;
+    static constexpr int blocks = 1;
 };
-template <class Op>
-requires requires {
-    typename Op::light;
-}
-struct WeightOf<Plain<Op>> {
-    using type = Plain<Op>;
+template <class Rule>
+requires isLight<Rule>
+struct WeightOf<Rule> {
+    using type = Light<Rule>;
+    static constexpr int blocks = 2;
 };
 template <class Rule>
 using Weighed = typename WeightOf<Rule>::type;
+template <class Rule>
+inline constexpr int blocksOf = WeightOf<Rule>::blocks;
 
-// The kernels: a block of two vectors a round. They hold no 256-bit arguments, so they need not be
-// inlined.
+// The kernels. They hold no 256-bit arguments, so they need not be inlined; their arguments stand
+// where the exported functions' do, which leaves the way there a jump.
 template <class Rule, class To, class... From>
-[[gnu::noinline]] KepStatus mapArrays(int s, size n, To *dst, const From *...src) {
-    map<lanesOf<To>, 1>(n, Weighed<Rule>{Rule(s)}, dst, src...);
+[[gnu::noinline]] KepStatus mapArrays(const From *...src, To *dst, std::int32_t n, int s) {
+    map<lanesOf<To>, blocksOf<Rule>>(n, Weighed<Rule>{Rule(s)}, dst, src...);
     return kepStatusOk;
 }
 
@@ -196,7 +220,8 @@ template <class Op, class To, class... From>
 KEPS_INLINE KepStatus scaled(int s, std::int32_t len, To *dst, const From *...src) {
     if (const KepStatus refused = refuse(len, src..., dst)) return refused;
     if (s > Op::upper) return zeroArray(dst, len);
-    return byClass<Op>(s, [&]<class Rule>() { return mapArrays<Rule>(s, len, dst, src...); });
+    return byClass<Op>(
+        s, [&]<class Rule>() { return mapArrays<Rule, To, From...>(src..., dst, len, s); });
 }
 
 // The same of an array and a constant, entry tests done.

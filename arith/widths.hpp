@@ -6,6 +6,58 @@
 
 namespace keps {
 
+// Samples of type T that are widened to W as they are loaded, which saves the instructions that
+// bring a register's upper half down. A block is two vectors of W.
+template <class T, class W>
+struct Widened {
+    T sample;
+};
+template <class T, class W>
+struct LaneType<Widened<T, W>> {
+    using type = Widened<T, W>;
+};
+template <class T, class W, int Bytes>
+struct BlockType<Widened<T, W>, Bytes> {
+    static_assert(Bytes * sizeof(W) == 32 * sizeof(T));
+    using type = two<int128<W>>;
+};
+
+template <class W, class T>
+KEPS_INLINE const Widened<T, W> *widened(const T *p) {
+    return reinterpret_cast<const Widened<T, W> *>(p);
+}
+
+// The lower lanes of x; and as many as fit from memory, in one instruction.
+template <class W, class T>
+KEPS_INLINE int128<W> widenLower(int128<T> x) {
+    if constexpr (sizeof(W) == 2)
+        return {_mm_cvtepi8_epi16(x.v)};
+    else if constexpr (std::is_same_v<T, std::int8_t>)
+        return {_mm_cvtepi8_epi32(x.v)};
+    else if constexpr (std::is_same_v<T, std::uint8_t>)
+        return {_mm_cvtepu8_epi32(x.v)};
+    else if constexpr (std::is_same_v<T, std::int16_t>)
+        return {_mm_cvtepi16_epi32(x.v)};
+    else
+        return {_mm_cvtepu16_epi32(x.v)};
+}
+template <class W, class T>
+KEPS_INLINE int128<W> loadWidened(const T *p) {
+    return widenLower<W>(loadBlock<16 / sizeof(W)>(p));
+}
+
+template <int N, class T, class W>
+KEPS_INLINE two<int128<W>> loadBlock(const Widened<T, W> *p) {
+    const auto *samples = reinterpret_cast<const T *>(p);
+    return {loadWidened<W>(samples), loadWidened<W>(samples + N / 2)};
+}
+template <int N, class T, class W>
+KEPS_INLINE two<int128<W>> loadEnds(const Widened<T, W> *p, size n) {
+    const auto ends = loadEnds<N>(reinterpret_cast<const T *>(p), n);
+    return {widenLower<W>(ends),
+            widenLower<W>(int128<T>{_mm_srli_si128(ends.v, N * sizeof(T) / 2)})};
+}
+
 // Widen<V>: to float, exact up to V's precision.
 template <class V>
 struct Widen;

@@ -22,6 +22,9 @@ struct Case {
     bool isThreaded = false;
 };
 
+// Set by --large: a family's cases that take minutes, in place of the others.
+inline bool large = false;
+
 // Adds a case; it owns its buffers through its actions' captures. Call it from a registrar:
 //   const bench::Family family("fft", [] { bench::add({...}); });
 void add(Case c);

@@ -32,7 +32,7 @@ template <class T>
 void addUnit(const char *name, std::int64_t n, KepStatus (*f)(const T *, const T *, T *, int32_t),
              void (*unit)(int)) {
     harness::Random random(1);
-    const auto a = bench::randomArray<T>(n, random), b = bench::randomArray<T>(n, random);
+    const auto a = bench::randomArray<T>(n, random), b = bench::randomArray<T>(n, random, 1);
     const bench::Array<T> d(n);
     const int len = static_cast<int>(n);
     bench::add({"div", name, n, "the divide unit", [=] { f(a.data(), b.data(), d.data(), len); },
@@ -42,7 +42,7 @@ void addUnit(const char *name, std::int64_t n, KepStatus (*f)(const T *, const T
 template <class T, class Function>
 void addThreads(const char *name, std::int64_t n, Function f) {
     harness::Random random(1);
-    const auto a = bench::randomArray<T>(n, random), b = bench::randomArray<T>(n, random);
+    const auto a = bench::randomArray<T>(n, random), b = bench::randomArray<T>(n, random, 1);
     const bench::Array<T> d(n);
     const int len = static_cast<int>(n);
     const auto on = [=](int threads) {
@@ -61,14 +61,18 @@ void addLength(std::int64_t n) {
     addIntegers<Kep16s>("kepsDiv_16s_Sfs", n, kepsDiv_16s_Sfs);
     addIntegers<Kep32s>("kepsDiv_32s_Sfs", n, kepsDiv_32s_Sfs);
     addIntegers<Kep16sc>("kepsDiv_16sc_Sfs", n, kepsDiv_16sc_Sfs);
-    addMap<Kep8u, Kep8u>(
-        "div", "kepsDivC_8u_Sfs by 16", n, "plain loop",
-        [](const Kep8u *a, Kep8u *d, int len) { kepsDivC_8u_Sfs(a, 16, d, len, scaleFactor); },
-        [](const Kep8u *a, Kep8u *d, int len) { peer::divideBy(a, 16, d, len, scale); });
-    addMap<Kep16s, Kep16s>(
-        "div", "kepsDivC_16s_Sfs by 256", n, "plain loop",
-        [](const Kep16s *a, Kep16s *d, int len) { kepsDivC_16s_Sfs(a, 256, d, len, -1); },
-        [](const Kep16s *a, Kep16s *d, int len) { peer::divideBy(a, 256, d, len, 2); });
+    for (const Kep8u val : {7, 12, 16})
+        addMap<Kep8u, Kep8u>(
+            "div", "kepsDivC_8u_Sfs by " + std::to_string(val), n, "plain loop",
+            [=](const Kep8u *a, Kep8u *d, int len) { kepsDivC_8u_Sfs(a, val, d, len, -1); },
+            [=](const Kep8u *a, Kep8u *d, int len) { peer::divideBy(a, val, d, len, 2); },
+            bench::Agreement::none); // the plain loop misses ties
+    for (const Kep16s val : {14, 1000, 256})
+        addMap<Kep16s, Kep16s>(
+            "div", "kepsDivC_16s_Sfs by " + std::to_string(val), n, "plain loop",
+            [=](const Kep16s *a, Kep16s *d, int len) { kepsDivC_16s_Sfs(a, val, d, len, -1); },
+            [=](const Kep16s *a, Kep16s *d, int len) { peer::divideBy(a, val, d, len, 2); },
+            bench::Agreement::none);
     addComplex("kepsDiv_32fc", n, kepsDiv_32fc);
     addComplex("kepsDiv_64fc", n, kepsDiv_64fc);
     addUnit("kepsDiv_32f", n, kepsDiv_32f, peer::divideUnitFloats);

@@ -1,9 +1,8 @@
-// Fourier transforms against FFTW's plans, measured and estimated, and KissFFT: orders 1 to 18, up
-// to 22 with KEPS_BENCH_LARGE=1 in the environment.
+// Fourier transforms against FFTW's plans, measured and estimated, and KissFFT: orders 1 to 18, 19
+// to 22 under --large.
 #if defined(KEPS_PEER_FFTW)
 #include <algorithm>
 #include <cmath>
-#include <cstdlib>
 #include <cstring>
 #include <fftw3.h>
 #include <limits>
@@ -25,12 +24,14 @@ struct Single {
     using Complex = Kep32fc;
     using Pair = fftwf_complex;
     using Plan = fftwf_plan;
+    using Dimension = fftwf_iodim;
     static constexpr const char *mark = "32f";
     static constexpr const char *wisdom = KEPS_WISDOM_DIR "/fftwf.wisdom";
     static constexpr auto importWisdom = fftwf_import_wisdom_from_filename;
     static constexpr auto exportWisdom = fftwf_export_wisdom_to_filename;
     static constexpr auto execute = fftwf_execute;
     static constexpr auto planComplex = fftwf_plan_dft_1d;
+    static constexpr auto planSplit = fftwf_plan_guru_split_dft;
     static constexpr auto planForward = fftwf_plan_dft_r2c_1d;
     static constexpr auto planInverse = fftwf_plan_dft_c2r_1d;
     static constexpr auto allocate = fftwf_malloc;
@@ -40,6 +41,10 @@ struct Single {
     static constexpr auto complexInit = kepsFFTInit_C_32fc;
     static constexpr auto complexForward = kepsFFTFwd_CToC_32fc;
     static constexpr auto complexInverse = kepsFFTInv_CToC_32fc;
+    static constexpr auto splitSize = kepsFFTGetSize_C_32f;
+    static constexpr auto splitInit = kepsFFTInit_C_32f;
+    static constexpr auto splitForward = kepsFFTFwd_CToC_32f;
+    static constexpr auto splitInverse = kepsFFTInv_CToC_32f;
     static constexpr auto realSize = kepsFFTGetSize_R_32f;
     static constexpr auto realInit = kepsFFTInit_R_32f;
     static constexpr auto realForward = kepsFFTFwd_RToCCS_32f;
@@ -51,12 +56,14 @@ struct Double {
     using Complex = Kep64fc;
     using Pair = fftw_complex;
     using Plan = fftw_plan;
+    using Dimension = fftw_iodim;
     static constexpr const char *mark = "64f";
     static constexpr const char *wisdom = KEPS_WISDOM_DIR "/fftw.wisdom";
     static constexpr auto importWisdom = fftw_import_wisdom_from_filename;
     static constexpr auto exportWisdom = fftw_export_wisdom_to_filename;
     static constexpr auto execute = fftw_execute;
     static constexpr auto planComplex = fftw_plan_dft_1d;
+    static constexpr auto planSplit = fftw_plan_guru_split_dft;
     static constexpr auto planForward = fftw_plan_dft_r2c_1d;
     static constexpr auto planInverse = fftw_plan_dft_c2r_1d;
     static constexpr auto allocate = fftw_malloc;
@@ -66,28 +73,37 @@ struct Double {
     static constexpr auto complexInit = kepsFFTInit_C_64fc;
     static constexpr auto complexForward = kepsFFTFwd_CToC_64fc;
     static constexpr auto complexInverse = kepsFFTInv_CToC_64fc;
+    static constexpr auto splitSize = kepsFFTGetSize_C_64f;
+    static constexpr auto splitInit = kepsFFTInit_C_64f;
+    static constexpr auto splitForward = kepsFFTFwd_CToC_64f;
+    static constexpr auto splitInverse = kepsFFTInv_CToC_64f;
     static constexpr auto realSize = kepsFFTGetSize_R_64f;
     static constexpr auto realInit = kepsFFTInit_R_64f;
     static constexpr auto realForward = kepsFFTFwd_RToCCS_64f;
     static constexpr auto realInverse = kepsFFTInv_CCSToR_64f;
 };
 
+enum Kind { complexKind, splitKind, realKind };
+
 // A transform's arrays, our plan and FFTW's; both sides have arrays of their own.
 template <class P>
 struct Job {
     using Real = typename P::Real;
 
-    Job(int o, bool isReal, bool isInverse, bool isInPlace)
-        : order(o), real(isReal), inverse(isInverse), inPlace(isInPlace) {
-        const std::size_t bytes = ((std::size_t{2} << order) + 4) * sizeof(Real);
-        for (Real *&p : area) p = static_cast<Real *>(P::allocate(bytes));
+    Job(int o, Kind k, bool isInverse, bool isInPlace)
+        : order(o), kind(k), inverse(isInverse), inPlace(isInPlace) {
+        for (Real *&p : area) p = static_cast<Real *>(P::allocate(reals() * sizeof(Real)));
         int spec, buffer, work;
-        (real ? P::realSize : P::complexSize)(order, kepFftScaleNone, 0, &spec, &buffer, &work);
+        (kind == realKind    ? P::realSize
+         : kind == splitKind ? P::splitSize
+                             : P::complexSize)(order, kepFftScaleNone, 0, &spec, &buffer, &work);
         specMem.resize(static_cast<std::size_t>(spec));
         bufferMem.resize(static_cast<std::size_t>(buffer));
         workMem.resize(static_cast<std::size_t>(work));
-        (real ? P::realInit : P::complexInit)(&plan, order, kepFftScaleNone, 0, specMem.data(),
-                                              bufferMem.data());
+        (kind == realKind ? P::realInit
+         : kind == splitKind
+             ? P::splitInit
+             : P::complexInit)(&plan, order, kepFftScaleNone, 0, specMem.data(), bufferMem.data());
     }
     ~Job() {
         P::destroy(peer);
@@ -96,22 +112,24 @@ struct Job {
     Job(const Job &) = delete;
     Job &operator=(const Job &) = delete;
 
+    std::size_t points() const { return std::size_t{1} << order; }
+    // Imaginary parts of split data lie so far behind the real ones that the two don't meet in the
+    // same place of two pages.
+    std::size_t apart() const { return points() + 16; }
+    std::size_t reals() const { return apart() + points() + 4; }
+
     // Small values, so that repeated transforms in place do not overflow soon; zeros stay zeros.
     void fill() {
+        clear();
         std::minstd_rand random(1);
-        for (int side = 0; side < 2; ++side)
-            for (std::size_t i = 0; i < std::size_t{2} << order; ++i) {
-                area[2 * side][i] =
-                    side == 0 ? static_cast<Real>(random() % 2048) / 1024 - 1 : area[0][i];
-            }
+        for (std::size_t i = 0; i < reals(); ++i)
+            area[0][i] = area[2][i] = static_cast<Real>(random() % 2048) / 1024 - 1;
         // A spectrum of a real signal.
-        if (real && inverse)
-            for (int side = 0; side < 2; ++side)
-                area[2 * side][1] = area[2 * side][(std::size_t{1} << order) + 1] = 0;
+        if (kind == realKind && inverse)
+            for (Real *p : {area[0], area[2]}) p[1] = p[points() + 1] = 0;
     }
     void clear() {
-        for (Real *p : area)
-            std::memset(static_cast<void *>(p), 0, ((std::size_t{2} << order) + 4) * sizeof(Real));
+        for (Real *p : area) std::memset(static_cast<void *>(p), 0, reals() * sizeof(Real));
     }
 
     void makePeer(unsigned how) {
@@ -119,15 +137,25 @@ struct Job {
         Real *src = area[2], *dst = inPlace ? src : area[3];
         auto *srcPairs = reinterpret_cast<typename P::Pair *>(src);
         auto *dstPairs = reinterpret_cast<typename P::Pair *>(dst);
-        peer = real ? inverse
-                          ? P::planInverse(n, srcPairs, dst, how | FFTW_PRESERVE_INPUT * !inPlace)
-                          : P::planForward(n, src, dstPairs, how)
-                    : P::planComplex(n, srcPairs, dstPairs, inverse ? 1 : -1, how);
+        if (kind == splitKind) {
+            const typename P::Dimension dimension{n, 1, 1};
+            const std::size_t re = inverse ? apart() : 0, im = inverse ? 0 : apart();
+            peer = P::planSplit(1, &dimension, 0, nullptr, src + re, src + im, dst + re, dst + im,
+                                how);
+        } else if (kind == realKind) {
+            peer = inverse ? P::planInverse(n, srcPairs, dst, how | FFTW_PRESERVE_INPUT * !inPlace)
+                           : P::planForward(n, src, dstPairs, how);
+        } else {
+            peer = P::planComplex(n, srcPairs, dstPairs, inverse ? 1 : -1, how);
+        }
     }
 
     void ours() {
         Real *src = area[0], *dst = inPlace ? src : area[1];
-        if (real) {
+        if (kind == splitKind) {
+            (inverse ? P::splitInverse : P::splitForward)(src, src + apart(), dst, dst + apart(),
+                                                          plan, workMem.data());
+        } else if (kind == realKind) {
             (inverse ? P::realInverse : P::realForward)(src, dst, plan, workMem.data());
         } else {
             using C = typename P::Complex;
@@ -142,10 +170,12 @@ struct Job {
         ours();
         theirs();
         const Real *a = area[inPlace ? 0 : 1], *b = area[inPlace ? 2 : 3];
-        const std::size_t n = std::size_t{1} << order;
-        const std::size_t reals = real ? inverse ? n : n + 2 : 2 * n;
+        const std::size_t n = points();
+        const std::size_t results = kind == realKind    ? inverse ? n : n + 2
+                                    : kind == splitKind ? apart() + n
+                                                        : 2 * n;
         double error = 0, power = 0;
-        for (std::size_t i = 0; i < reals; ++i) {
+        for (std::size_t i = 0; i < results; ++i) {
             const double d = static_cast<double>(a[i]) - static_cast<double>(b[i]);
             error += d * d;
             power += static_cast<double>(b[i]) * static_cast<double>(b[i]);
@@ -157,7 +187,8 @@ struct Job {
     }
 
     int order;
-    bool real, inverse, inPlace;
+    Kind kind;
+    bool inverse, inPlace;
     Real *area[4];
     std::vector<Kep8u> specMem, bufferMem, workMem;
     KepsFftPlan *plan = nullptr;
@@ -169,14 +200,15 @@ template <class P>
 using Slot = std::shared_ptr<std::unique_ptr<Job<P>>>;
 
 template <class P>
-void addOne(const Slot<P> &job, int order, bool real, bool inverse, bool inPlace) {
-    const std::string name = std::string(real ? "R_" : "C_") + P::mark + (real ? "" : "c") +
+void addOne(const Slot<P> &job, int order, Kind kind, bool inverse, bool inPlace) {
+    const std::string name = std::string(kind == realKind ? "R_" : "C_") + P::mark +
+                             (kind == complexKind ? "c" : "") +
                              (inverse ? " inverse" : " forward") + (inPlace ? " in place" : "");
     // Planning is paid when the case comes up, and measured plans are kept for the next run.
     for (const unsigned how : {FFTW_MEASURE, FFTW_ESTIMATE}) {
         const auto ready = [=] {
             job->reset();
-            *job = std::make_unique<Job<P>>(order, real, inverse, inPlace);
+            *job = std::make_unique<Job<P>>(order, kind, inverse, inPlace);
             (*job)->makePeer(how);
             if (how == FFTW_MEASURE) P::exportWisdom(P::wisdom);
             return (*job)->agree();
@@ -199,7 +231,7 @@ void addKiss(const Slot<Single> &job, int order) {
                 },
                 [=] {
                     job->reset();
-                    *job = std::make_unique<Job<Single>>(order, false, false, false);
+                    *job = std::make_unique<Job<Single>>(order, complexKind, false, false);
                     (*job)->makePeer(FFTW_ESTIMATE);
                     if (*plan == nullptr) *plan = kiss_fft_alloc(1 << order, 0, nullptr, nullptr);
                     return (*job)->agree();
@@ -208,23 +240,23 @@ void addKiss(const Slot<Single> &job, int order) {
 #endif
 
 template <class P>
-void addAll(const Slot<P> &job, int last) {
+void addAll(const Slot<P> &job, int first, int last) {
     P::importWisdom(P::wisdom);
-    for (const bool real : {false, true})
+    for (const Kind kind : {complexKind, splitKind, realKind})
         for (const bool inverse : {false, true})
             for (const bool inPlace : {false, true})
-                for (int order = 1; order <= last; ++order)
-                    addOne<P>(job, order, real, inverse, inPlace);
+                for (int order = first; order <= last; ++order)
+                    addOne<P>(job, order, kind, inverse, inPlace);
 }
 
 const bench::Family family("fft", [] {
-    const int last = std::getenv("KEPS_BENCH_LARGE") ? 22 : 18;
+    const int first = bench::large ? 19 : 1, last = bench::large ? 22 : 18;
     const auto single = std::make_shared<std::unique_ptr<Job<Single>>>();
     const auto twofold = std::make_shared<std::unique_ptr<Job<Double>>>();
-    addAll<Single>(single, last);
-    addAll<Double>(twofold, last);
+    addAll<Single>(single, first, last);
+    addAll<Double>(twofold, first, last);
 #if defined(KEPS_PEER_KISSFFT)
-    for (int order = 1; order <= last; ++order) addKiss(single, order);
+    for (int order = first; order <= last; ++order) addKiss(single, order);
 #endif
 });
 

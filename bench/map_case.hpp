@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cmath>
+#include <cstddef>
 #include <cstdlib>
 #include <cstring>
 #include <memory>
@@ -12,27 +13,33 @@
 
 namespace bench {
 
-// Elements on a 64-byte boundary; arrays of one case differ in their places modulo 4096, so that
-// none hides behind another's cache sets.
+// Elements on a 64-byte boundary, at one of four places within the page. Arrays of one case lie at
+// least 832 bytes apart modulo 4096: a load close behind a store at the same offset in another page
+// waits for it. Ours and the peer's results have the same place.
 template <class T>
 class Array {
 public:
-    explicit Array(std::int64_t n)
-        : bytes((static_cast<std::size_t>(n) * sizeof(T) + 63) / 64 * 64 + 192),
-          memory(std::aligned_alloc(64, bytes), std::free) {
+    explicit Array(std::int64_t n, int place = 3)
+        : bytes((static_cast<std::size_t>(n) * sizeof(T) + 2 * page - 1) / page * page),
+          memory(std::aligned_alloc(page, bytes), std::free),
+          offset(place % 4 * 1088) {
         std::memset(memory.get(), 0, bytes);
     }
-    T *data() const { return static_cast<T *>(memory.get()); }
+    T *data() const {
+        return reinterpret_cast<T *>(static_cast<std::byte *>(memory.get()) + offset);
+    }
 
 private:
+    static constexpr std::size_t page = 4096;
     std::size_t bytes;
     std::shared_ptr<void> memory;
+    int offset;
 };
 
 // Floats of [-1, 1] with some unequal to any others, integers of the whole range.
 template <class T>
-Array<T> randomArray(std::int64_t n, harness::Random &random) {
-    Array<T> array(n);
+Array<T> randomArray(std::int64_t n, harness::Random &random, int place = 0) {
+    Array<T> array(n, place);
     using R = typename harness::RealOf<T>::type;
     const auto values = harness::generate<T>(static_cast<std::size_t>(n), random, [](auto &r) {
         if constexpr (std::is_floating_point_v<R>)
@@ -79,7 +86,8 @@ void addMap(const std::string &family, const std::string &name, std::int64_t n,
             const std::string &peer, Ours ours, Theirs theirs,
             Agreement agreement = Agreement::bits) {
     harness::Random random(1);
-    const std::tuple<Array<From>...> sources{randomArray<From>(n, random)...};
+    auto next = [place = 0]() mutable { return place++; };
+    const std::tuple<Array<From>...> sources{randomArray<From>(n, random, next())...};
     const Array<To> a(n), b(n);
     const int len = static_cast<int>(n);
     const auto call = [=](auto f, const Array<To> &dst) {

@@ -4,8 +4,8 @@
 // per call by fixed thresholds, which are part of the contract.
 #include "filters/fir/horizontal.hpp"
 #include "filters/fir/kernels.hpp"
+#include "filters/fir/planar.hpp"
 #include "filters/fir/spec.hpp"
-#include "filters/fir/vertical.hpp"
 #include "frame/entry.hpp"
 
 using namespace keps;
@@ -25,12 +25,12 @@ void ownFIRSR_64f_hrz(const Kep64f *table, const Kep64f *x, Kep64f *y, size coun
     horizontal(table, x, y, count, tapsLen);
 }
 void ownFIRSR_32fc(const Kep32f *table, const Kep32fc *x, Kep32fc *y, size count, size tapsLen) {
-    vertical<ComplexTap32>(table, reinterpret_cast<const Kep32f *>(x),
-                           reinterpret_cast<Kep32f *>(y), count, tapsLen);
+    complexVertical<ComplexTap32>(table, reinterpret_cast<const Kep32f *>(x),
+                                  reinterpret_cast<Kep32f *>(y), count, tapsLen);
 }
 void ownFIRSR_64fc(const Kep64f *table, const Kep64fc *x, Kep64fc *y, size count, size tapsLen) {
-    vertical<ComplexTap64>(table, reinterpret_cast<const Kep64f *>(x),
-                           reinterpret_cast<Kep64f *>(y), count, tapsLen);
+    complexVertical<ComplexTap64>(table, reinterpret_cast<const Kep64f *>(x),
+                                  reinterpret_cast<Kep64f *>(y), count, tapsLen);
 }
 
 namespace {

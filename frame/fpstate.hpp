@@ -26,6 +26,11 @@ KEPS_INLINE unsigned kep_set_rc_ssx(unsigned bits) {
     return old;
 }
 
+// Whether the rounding field is bits.
+KEPS_INLINE bool isRounding(unsigned bits) {
+    return (_mm_getcsr() & roundingMask) == bits;
+}
+
 // Replaces the masked bits of the register; returns the old one.
 KEPS_INLINE unsigned ps_set_ssx(unsigned value, unsigned mask) {
     const unsigned old = _mm_getcsr();

@@ -61,31 +61,23 @@ KEPS_INLINE void horizontal(const float *table, const float *x, float *y, size c
 // a vector is one output's pair. Even and odd sums over a block of taps are joined at its end.
 inline constexpr size pairsPerBlock = 32;
 
-// 4 * Quads outputs, pairs [from, to) of the rows.
+// 4 * Quads outputs over pairs of the rows; row 1 lies apart elements behind row 0.
 template <int Quads, bool isFirst>
-KEPS_INLINE void pairSums(const double *row0, const double *row1, const double *x, double *y,
-                          size pairs) {
+KEPS_INLINE void pairSums(const double *row, size apart, const double *x, double *y, size pairs) {
     f64x4 even[Quads], odd[Quads];
+    const f64x4 first = loadTwice(row), second = loadTwice(row + apart);
     times<Quads>([&](int q) KEPS_INLINE_LAMBDA {
         const f64x4 samples = load<f64x4>(x + 4 * q);
-        even[q] = loadTwice(row0) * samples;
-        odd[q] = loadTwice(row1) * samples;
+        even[q] = first * samples;
+        odd[q] = second * samples;
     });
-    for (size k = 1; k < pairs; ++k) {
-        const f64x4 first = loadTwice(row0 + 2 * k), second = loadTwice(row1 + 2 * k);
-        // Each sum a few instructions behind its product: the additions would hold up the
-        // processor's queues where they wait for products right before them.
-        f64x4 byFirst{}, bySecond{};
-        times<Quads + 1>([&](int q) KEPS_INLINE_LAMBDA {
-            const f64x4 waiting = bySecond;
-            f64x4 samples{};
-            if (q < Quads) samples = inRegister(load<f64x4>(x + 4 * q + 2 * k));
-            if (q > 0) odd[q - 1] = inRegister(odd[q - 1] + waiting);
-            if (q < Quads) {
-                byFirst = inRegister(first * samples);
-                bySecond = inRegister(second * samples);
-                even[q] = inRegister(even[q] + byFirst);
-            }
+    for (const double *const end = row + 2 * pairs; (row += 2) < end;) {
+        x += 2;
+        const f64x4 firstPair = loadTwice(row), secondPair = loadTwice(row + apart);
+        times<Quads>([&](int q) KEPS_INLINE_LAMBDA {
+            const f64x4 samples = inRegister(load<f64x4>(x + 4 * q));
+            even[q] = inRegister(even[q] + inRegister(firstPair * samples));
+            odd[q] = inRegister(odd[q] + inRegister(secondPair * samples));
         });
     }
     times<Quads>([&](int q) KEPS_INLINE_LAMBDA {
@@ -96,14 +88,13 @@ KEPS_INLINE void pairSums(const double *row0, const double *row1, const double *
 
 template <int Quads>
 KEPS_INLINE void pairBlocks(const double *table, const double *x, double *y, size tapsLen) {
-    const double *row0 = table, *row1 = table + ((tapsLen + 2) & ~size{1});
+    const size apart = (tapsLen + 2) & ~size{1};
     size pairs = tapsLen / 2 + 1;
-    pairSums<Quads, true>(row0, row1, x, y, pairs < pairsPerBlock ? pairs : pairsPerBlock);
+    pairSums<Quads, true>(table, apart, x, y, pairs < pairsPerBlock ? pairs : pairsPerBlock);
     while ((pairs -= pairsPerBlock) > 0) {
-        row0 += 2 * pairsPerBlock;
-        row1 += 2 * pairsPerBlock;
+        table += 2 * pairsPerBlock;
         x += 2 * pairsPerBlock;
-        pairSums<Quads, false>(row0, row1, x, y, pairs < pairsPerBlock ? pairs : pairsPerBlock);
+        pairSums<Quads, false>(table, apart, x, y, pairs < pairsPerBlock ? pairs : pairsPerBlock);
     }
 }
 

@@ -30,6 +30,9 @@ struct ComplexTap32 {
     V re, im; // re, re ... and -im, im ...
 
     KEPS_INLINE static ComplexTap32 at(const E *p) { return {loadTwice(p), loadTwice(p + 4)}; }
+    KEPS_INLINE static planar<V> planarAt(const E *p) {
+        return {splat<V>(loadOne(p)), splat<V>(loadOne(p + 5))};
+    }
     KEPS_INLINE V operator*(V x) const { return re * x + im * swapParts(x); }
 };
 struct ComplexTap64 {
@@ -40,6 +43,9 @@ struct ComplexTap64 {
 
     KEPS_INLINE static ComplexTap64 at(const E *p) {
         return {loadAligned<V>(p), loadAligned<V>(p + 4)};
+    }
+    KEPS_INLINE static planar<V> planarAt(const E *p) {
+        return {loadAligned<V>(p), splat<V>(loadOne(p + 4))};
     }
     KEPS_INLINE V operator*(V x) const { return re * x - im * swapParts(x); }
 };

@@ -167,6 +167,21 @@ KEPS_INLINE void storeInterleavedBack(double *p, planar<f64x4> z) {
     store(p + 4, swapHalves(unpackLower(z.re, z.im)));
 }
 
+// V::lanes complex values from interleaved memory and back, lanes in the order of memory: 4
+// shuffles, of which the load takes two from memory.
+template <class V>
+KEPS_INLINE planar<V> loadSplit(const typename V::element *p) {
+    constexpr int half = V::lanes / 2;
+    const V a = loadHalves<V>(p, p + 2 * half), b = loadHalves<V>(p + half, p + 3 * half);
+    return {firstOfPairs(a, b), secondOfPairs(a, b)};
+}
+template <class V>
+KEPS_INLINE void storeJoined(typename V::element *p, planar<V> z) {
+    const V a = unpackLower(z.re, z.im), b = unpackUpper(z.re, z.im);
+    store(p, lowerHalves(a, b));
+    store(p + V::lanes, upperHalves(a, b));
+}
+
 // Four vectors as a 4 by 4 square, transposed: 8 shuffles.
 KEPS_INLINE void transposeSquare(f64x4 &a, f64x4 &b, f64x4 &c, f64x4 &d) {
     const f64x4 ab = unpackLower(a, b), cd = unpackLower(c, d);

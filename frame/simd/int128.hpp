@@ -125,6 +125,13 @@ KEPS_INLINE int128<T> select(int128<T> mask, int128<T> a, int128<T> b) {
     return {_mm_blendv_epi8(a.v, b.v, mask.v)};
 }
 
+// As for floats: not read anew from memory at each use.
+template <class T>
+KEPS_INLINE int128<T> inRegister(int128<T> x) {
+    __asm__("" : "+x"(x.v));
+    return x;
+}
+
 // Saturating, of 8 and 16 bits.
 template <class T>
 KEPS_INLINE int128<T> addSaturated(int128<T> a, int128<T> b) {
@@ -197,10 +204,19 @@ KEPS_INLINE int128<T> shiftRight(int128<T> x) {
         return {_mm_srli_epi64(x.v, N)};
 }
 
-// The lower and the upper 16 bits of products of 16-bit lanes.
+// Of 64 bits.
+template <int N>
+KEPS_INLINE u64x2 shiftLeft(u64x2 x) {
+    return {_mm_slli_epi64(x.v, N)};
+}
+
+// The lower half of products of 16 and of 32 bits, the upper one of 16.
 template <class T>
 KEPS_INLINE int128<T> mulLow(int128<T> a, int128<T> b) {
-    return {_mm_mullo_epi16(a.v, b.v)};
+    if constexpr (sizeof(T) == 2)
+        return {_mm_mullo_epi16(a.v, b.v)};
+    else
+        return {_mm_mullo_epi32(a.v, b.v)};
 }
 template <class T>
 KEPS_INLINE int128<T> mulHigh(int128<T> a, int128<T> b) {
@@ -212,6 +228,14 @@ KEPS_INLINE int128<T> mulHigh(int128<T> a, int128<T> b) {
 // (a * b + 0x4000) >> 15.
 KEPS_INLINE i16x8 mulRounded(i16x8 a, i16x8 b) {
     return {_mm_mulhrs_epi16(a.v, b.v)};
+}
+// a with its sign changed where b is negative, 0 where b is 0; of 16 and 32 bits.
+template <class T>
+KEPS_INLINE int128<T> withSign(int128<T> a, int128<T> b) {
+    if constexpr (sizeof(T) == 2)
+        return {_mm_sign_epi16(a.v, b.v)};
+    else
+        return {_mm_sign_epi32(a.v, b.v)};
 }
 // a * b + the next lanes' a * b, pair by pair.
 KEPS_INLINE i32x4 mulAddPairs(i16x8 a, i16x8 b) {
@@ -257,7 +281,11 @@ KEPS_INLINE u8x16 narrowUnsigned(i16x8 a, i16x8 b) {
 KEPS_INLINE f64x4 toDouble(i32x4 x) {
     return {_mm256_cvtepi32_pd(x.v)};
 }
-// To 32-bit integers, truncated; what does not fit becomes 0x80000000.
+// To 32-bit integers by the current rounding mode, or truncated; what does not fit becomes
+// 0x80000000.
+KEPS_INLINE i32x4 toInt(f64x4 x) {
+    return {_mm256_cvtpd_epi32(x.v)};
+}
 KEPS_INLINE i32x4 toIntTruncated(f64x4 x) {
     return {_mm256_cvttpd_epi32(x.v)};
 }

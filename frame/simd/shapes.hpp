@@ -142,6 +142,13 @@ KEPS_INLINE Block<T, N> loadBlock(const T *p) {
         return {_mm_cvtsi32_si128(loadAs<std::int32_t>(p))};
 }
 
+// The same through one 32-byte load: a load less and an extraction more.
+template <int N, class T>
+requires isTwo<Block<T, N>> KEPS_INLINE Block<T, N> loadWhole(const T *p) {
+    const __m256i x = _mm256_loadu_si256(reinterpret_cast<const __m256i *>(p));
+    return {{_mm256_castsi256_si128(x)}, {_mm256_extractf128_si256(x, 1)}};
+}
+
 // Joined: the halves of two vectors leave as one store. Elements that aren't numbers have forms of
 // their own.
 template <int N, bool Joined = true, class T>
@@ -232,6 +239,9 @@ KEPS_INLINE void map(size n, const Op &op, To *dst, const From *...src) {
             storeBlock<N>(p, x);
     };
     const auto at = [&](size i) KEPS_INLINE_LAMBDA { return apply(op, loadBlock<N>(src + i)...); };
+    const auto firstWhole = [&](size i, auto *first, auto *...rest) KEPS_INLINE_LAMBDA {
+        return apply(op, loadWhole<N>(first + i), loadBlock<N>(rest + i)...);
+    };
     // Blocks that may overlap: all loads come before the first store.
     const auto blocks = [&]<class... Start>(Start... starts) KEPS_INLINE_LAMBDA {
         const auto putAll = [&](auto... results)
@@ -268,7 +278,14 @@ KEPS_INLINE void map(size n, const Op &op, To *dst, const From *...src) {
         if constexpr (Ahead > 0) (prefetch<round>(src + i, Ahead), ...);
         // One after the other: grouped loads run into later lines of sources that lie across
         // boundaries, which costs a fifth where the second cache feeds them.
-        times<Unroll>([&](int k) KEPS_INLINE_LAMBDA { put(dst + i + k * N, at(i + k * N)); });
+        // For one instruction a vector there are too many loads of 16 bytes, and with 32-byte loads
+        // throughout too many extractions: an operator that says so has some of each.
+        if constexpr (requires { typename Op::wholeLoads; }) {
+            put(dst + i, at(i));
+            put(dst + i + N, firstWhole(i + N, src...));
+        } else {
+            times<Unroll>([&](int k) KEPS_INLINE_LAMBDA { put(dst + i + k * N, at(i + k * N)); });
+        }
     }
     times<Unroll>([&](int k) KEPS_INLINE_LAMBDA { put(dst + lastRound + k * N, tail[k]); });
 }

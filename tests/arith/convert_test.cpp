@@ -145,26 +145,30 @@ TEST(Convert, doubleTo64Bits) {
     EXPECT_EQ(kepStatusNullPointer, kepsConvert_64f64s_Sfs(x, nullptr, 2, 0, 0));
 }
 
-// The calling thread's own rounding mode neither leaks in nor is lost.
+// The calling thread's own rounding mode neither leaks in nor is lost, in short and long arrays.
 template <class From, class To>
 void checkControl(KepStatus (*f)(const From *, To *, int32_t, int, int)) {
-    const From src[8] = {0.5,  1.5,      2.5, -0.5, -1.5, std::nextafter(From(0.5), From(0)),
-                         -2.5, From(1.9)};
+    const From values[8] = {0.5,  1.5,      2.5, -0.5, -1.5, std::nextafter(From(0.5), From(0)),
+                            -2.5, From(1.9)};
+    std::vector<From> src(1024);
+    for (std::size_t i = 0; i < src.size(); ++i) src[i] = values[i % 8];
     const int expected[3][8] = {
         {0, 1, 2, 0, -1, 0, -2, 1}, {0, 2, 2, 0, -2, 0, -2, 2}, {1, 2, 3, -1, -2, 0, -3, 2}};
     const unsigned old = _mm_getcsr();
     for (const unsigned control : {0U, 0x2000U, 0x4000U, 0x6000U})
-        for (int mode = 0; mode < 3; ++mode) {
-            To dst[8];
+        for (int k = 0; k < 6; ++k) {
+            const int mode = k % 3, n = k < 3 ? 8 : 1024;
+            std::vector<To> dst(src.size());
             _mm_setcsr((old & ~0x6000U) | control);
-            f(src, dst, 8, mode, 0);
+            f(src.data(), dst.data(), n, mode, 0);
             const unsigned after = _mm_getcsr();
             _mm_setcsr(old);
             EXPECT_EQ(control, after & 0x6000) << "mode " << mode;
-            for (int i = 0; i < 8; ++i) {
+            for (std::size_t i = 0; i < static_cast<std::size_t>(n); ++i) {
                 // One half added in double takes the number below 0.5 to 1.
-                const int e = sizeof(To) == 8 && mode == 2 && i == 5 ? 1 : expected[mode][i];
-                EXPECT_EQ(clamped<To>(e), dst[i]) << src[i] << ", mode " << mode;
+                const int e =
+                    sizeof(To) == 8 && mode == 2 && i % 8 == 5 ? 1 : expected[mode][i % 8];
+                ASSERT_EQ(clamped<To>(e), dst[i]) << src[i] << ", mode " << mode;
             }
         }
 }

@@ -87,7 +87,7 @@ T sparseValue(Random &random) {
         if (random() % 2) return mixedValue<T>(random);
         const auto bit = [&] { return T(T(1) << (random() % (8 * sizeof(T)))); };
         const T x = static_cast<T>(bit() | (random() % 2 ? bit() : T(0)));
-        return static_cast<T>(x + static_cast<T>(random() % 3) - 1);
+        return static_cast<T>(Exact{x} + static_cast<int>(random() % 3) - 1);
     }
 }
 

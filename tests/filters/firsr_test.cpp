@@ -115,10 +115,11 @@ protected:
 using Types = ::testing::Types<KEPS_FIR_TYPES>;
 TYPED_TEST_SUITE(FirSR, Types);
 
-// Every tap count up to 70, lengths around the delay, the vectors and a transform's outputs, all
-// between guard pages and then at random byte addresses.
+// Every tap count up to 70 and some around what a direct kernel takes at once, lengths around the
+// delay, the vectors, the same and a transform's outputs, all between guard pages and then at
+// random byte addresses.
 TYPED_TEST(FirSR, values) {
-    std::vector<int> counts{127, 128, 129, 200, 1000};
+    std::vector<int> counts{127, 128, 129, 200, 256, 257, 1000};
     for (int n = 1; n <= 70; ++n) counts.push_back(n);
     for (const int n : counts) {
         const auto taps = this->data(n);
@@ -132,7 +133,7 @@ TYPED_TEST(FirSR, values) {
             std::vector<int> lengths{
                 1,   2,         n - 1,         n,     n + 1,     7,         8,  9,  15,
                 16,  17,        2 * n,         block, block - 1, block + 1, 63, 64, 2 * block + n,
-                100, 3 * block, 3 * block - 1, n / 2};
+                100, 3 * block, 3 * block - 1, n / 2, 264,       265};
             lengths.push_back(static_cast<int>(this->random() % 300) + 1);
             for (const int len : lengths) {
                 if (len < 1 || (algorithm == 2 && len == 2)) continue;

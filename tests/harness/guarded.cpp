@@ -4,6 +4,9 @@
 #include <sys/mman.h>
 #include <unistd.h>
 #include <xmmintrin.h>
+#if defined(__SANITIZE_ADDRESS__)
+#include <sanitizer/asan_interface.h>
+#endif
 
 namespace harness {
 namespace {
@@ -19,6 +22,13 @@ std::uint16_t x87ControlWord() {
     std::uint16_t word;
     __asm__ volatile("fnstcw %0" : "=m"(word));
     return word;
+}
+
+// In address-sanitizer builds the gaps of a block that lay here before are out of bounds.
+void openGaps([[maybe_unused]] std::uint8_t *from, [[maybe_unused]] std::size_t bytes) {
+#if defined(__SANITIZE_ADDRESS__)
+    __asan_unpoison_memory_region(from, bytes);
+#endif
 }
 
 extern "C" std::uint64_t guarded_call(void (*f)(void *), void *context, void *uppers);
@@ -37,10 +47,12 @@ Room::Room(std::size_t bytes) {
 }
 
 Room::~Room() {
+    openGaps(begin, held);
     munmap(mapping, mapped);
 }
 
 std::uint8_t *Room::place(std::size_t bytes, Spot spot) {
+    openGaps(begin, held);
     std::memset(begin, canary, held);
     arrayBytes = bytes;
     switch (spot.kind) {
@@ -66,6 +78,15 @@ bool Room::intact() const {
                 std::memcmp(from, from + 1, static_cast<std::size_t>(to - from) - 1) == 0);
     };
     return allCanary(begin, array) && allCanary(array + arrayBytes, begin + held);
+}
+
+__attribute__((no_sanitize("address"))) std::vector<std::uint8_t> blockImage(const void *block,
+                                                                             std::size_t bytes) {
+    const auto *from = static_cast<const std::uint8_t *>(block);
+    std::vector<std::uint8_t> image(bytes);
+    std::uint8_t *to = image.data();
+    for (std::size_t i = 0; i < bytes; ++i) to[i] = from[i];
+    return image;
 }
 
 void guardedCall(void (*f)(void *), void *context) {

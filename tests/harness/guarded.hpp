@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <gtest/gtest.h>
 #include <utility>
+#include <vector>
 
 namespace harness {
 
@@ -33,6 +34,9 @@ private:
     std::uint8_t *array = nullptr;
     std::size_t arrayBytes = 0;
 };
+
+// The bytes of a state block, those between its sub-blocks included.
+std::vector<std::uint8_t> blockImage(const void *block, std::size_t bytes);
 
 // Calls f and expects the upper vector halves clean, the direction flag clear, and both control
 // words as they were.

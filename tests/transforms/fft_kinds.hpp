@@ -3,7 +3,6 @@
 #pragma once
 
 #include <complex>
-#include <cstring>
 #include <memory>
 #include <string>
 #include <vector>
@@ -160,7 +159,7 @@ public:
                   }));
         EXPECT_TRUE(spec->intact() && buffer.intact()) << kind.name << " order " << order;
         EXPECT_EQ(0U, reinterpret_cast<std::uintptr_t>(plan) % 64);
-        image.assign(memory, memory + specSize);
+        image = harness::blockImage(memory, static_cast<std::size_t>(specSize));
     }
     Kep8u *workAt(Spot spot) const {
         return workSize ? work->place(static_cast<std::size_t>(workSize), spot) : nullptr;
@@ -168,7 +167,7 @@ public:
     // The plan as Init left it, and no byte outside the blocks written.
     bool unharmed() const {
         return spec->intact() && (workSize == 0 || work->intact()) &&
-               std::memcmp(memory, image.data(), image.size()) == 0;
+               image == harness::blockImage(memory, image.size());
     }
 
     KepsFftPlan *plan = nullptr;

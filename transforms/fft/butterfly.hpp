@@ -171,6 +171,20 @@ struct Split {
     static constexpr int firstColumn(int pair) { return 2 * (pair / 2) + 4 * (pair % 2); }
 };
 
+// Results times a factor on their way out.
+template <class Out>
+struct Scaled {
+    using V = typename Out::V;
+    Out out;
+    typename Out::T factor;
+
+    KEPS_INLINE void store(size i, planar<V> z) const {
+        const V all = splat<V>(factor);
+        out.store(i, {z.re * all, z.im * all});
+    }
+    KEPS_INLINE Scaled at(size i) const { return {out.at(i), factor}; }
+};
+
 // The order between the stages: vectors of real parts and of imaginary parts in turn. Lane i holds
 // point columnOfLane(i) of the vector's, so that the last stage interleaves within halves.
 template <class T_>

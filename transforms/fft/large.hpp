@@ -38,16 +38,40 @@ KEPS_INLINE Split<const T> gather(Split<const T> in, size rowStride, T *memory) 
     return {memory, imags};
 }
 
+// Brings row of a tile near the caches while another tile is worked on: rows lie on pages of their
+// own, and nothing else foresees the next one.
+template <class T>
+KEPS_INLINE void prefetchRow(const T *from) {
+    constexpr size line = 64 / sizeof(T);
+    for (size i = 0; i < tileSide<T>; i += line) __builtin_prefetch(from + i);
+}
+template <class T, Direction direction>
+KEPS_INLINE void prefetchRow(Interleaved<const T, direction> in, size at) {
+    prefetchRow(in.p + 2 * at);
+    prefetchRow(in.p + 2 * at + tileSide<T>);
+}
+template <class T>
+KEPS_INLINE void prefetchRow(Split<const T> in, size at) {
+    prefetchRow(in.re + at);
+    prefetchRow(in.im + at);
+}
+
 // The first pass on a gathered tile: its columns become runs, bit-reversed both ways, from place
-// base of data's points on.
+// base of data's points on. The tile to be gathered next is prefetched from next, unless null.
 template <class In, class Data>
-void tileToRuns(In tile, Data data, size base, size points, const typename In::T *core) {
+void tileToRuns(In tile, Data data, size base, size points, const typename In::T *core,
+                const In *next) {
     using T = typename In::T;
     constexpr int lanes = In::V::lanes, laneBits = lanes == 8 ? 3 : 2;
     constexpr int bits = Traits<T>::tileOrder, runBits = sizeof(T) == 4 ? 4 : 2;
     constexpr std::uint32_t run = 1 << runBits, side = 1 << bits, blocks = side / run;
     for (std::uint32_t c = 0; c < side / lanes; ++c) {
         for (std::uint32_t r = 0; r < blocks; ++r) {
+            constexpr std::uint32_t calls = side / lanes * blocks;
+            const std::uint32_t call = c * blocks + r;
+            const std::uint32_t end = next ? (call + 1) * side / calls : 0;
+            for (std::uint32_t row = call * side / calls; row < end; ++row)
+                prefetchRow(*next, row * (points / side));
             const size to = base + size{run} * bitReversed(r, bits - runBits) +
                             size{bitReversed(c, bits - laneBits)} * (points / side);
             firstTile<run>(tile.at(r * side + c * lanes), size{blocks} * side, data.at(to),
@@ -69,12 +93,13 @@ void owns_cFft_BitRev(In in, Data data, int order, bool inPlace, const std::uint
     for (size q = 0; q < tiles; ++q) {
         const size column = side * q, other = partner[q];
         if (!inPlace) {
-            tileToRuns(gather(in.at(other), rowStride, work), data, column, points, core);
+            const In next = in.at(partner[q + 1 < tiles ? q + 1 : q]);
+            tileToRuns(gather(in.at(other), rowStride, work), data, column, points, core, &next);
         } else if (column <= other) {
             const In a = gather(in.at(column), rowStride, work);
             const In b = column < other ? gather(in.at(other), rowStride, second) : a;
-            tileToRuns(a, data, other, points, core);
-            if (column < other) tileToRuns(b, data, column, points, core);
+            tileToRuns<In>(a, data, other, points, core, nullptr);
+            if (column < other) tileToRuns<In>(b, data, column, points, core, nullptr);
         }
     }
 }

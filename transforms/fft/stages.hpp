@@ -162,19 +162,20 @@ void throughStages(Data data, size points, const StagePlan &plan, int first, int
     }
 }
 
-// A transform from natural order to natural order. buffer holds 2^order points and may be out's
-// own memory; it is 32-byte aligned.
+// A transform from natural order to natural order, times the plan's factor where scaled. buffer
+// holds 2^order points and may be out's own memory; it is 32-byte aligned.
 template <class In, class Out>
-void owns_cRadix4Norm(In in, Out out, int order, const typename In::T *core,
-                      const std::uint32_t *bitRev, typename In::T *buffer) {
+void owns_cRadix4Norm(In in, Out out, int order, const Plan<typename In::T> &fft, bool scaled,
+                      typename In::T *buffer) {
     using T = typename In::T;
+    const T *core = fft.twiddleCore;
     const StagePlan &plan = stagePlans<T>.plan[order];
     if constexpr (sizeof(T) == 4)
-        firstPass<16>(in, buffer, order, bitRev, core);
+        firstPass<16>(in, buffer, order, fft.bitRevTable, core);
     else if (plan.stage[0].bits == 2)
-        firstPass<4>(in, buffer, order, bitRev, core);
+        firstPass<4>(in, buffer, order, fft.bitRevTable, core);
     else
-        firstPass<8>(in, buffer, order, bitRev, core);
+        firstPass<8>(in, buffer, order, fft.bitRevTable, core);
     constexpr int first = firstPassStages<T>();
     const Grouped<T> data{buffer};
     const size points = size{1} << order;
@@ -182,7 +183,10 @@ void owns_cRadix4Norm(In in, Out out, int order, const typename In::T *core,
     const size part = points <= blockPoints<T> ? points : points >> stage.bits;
     for (size at = 0; at < points; at += part)
         throughStages(data.at(at), part, plan, first, plan.count - 2, core);
-    throughStage(data, out, points, stage, core);
+    if (scaled)
+        throughStage(data, Scaled<Out>{out, fft.scaleFactor}, points, stage, core);
+    else
+        throughStage(data, out, points, stage, core);
 }
 
 } // namespace keps::fft

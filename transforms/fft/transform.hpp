@@ -52,8 +52,7 @@ KEPS_INLINE void runComplex(const T *src, T *dst, const Plan<T> &plan, int order
     if (order >= Traits<T>::largeOrder)
         return owns_cFft_Large(in, Grouped<T>{dst}, out, order, src == dst, plan, scaled, work);
     const bool onDst = src != dst && reinterpret_cast<std::uintptr_t>(dst) % 32 == 0;
-    owns_cRadix4Norm(in, out, order, plan.twiddleCore, plan.bitRevTable, onDst ? dst : work);
-    if (scaled) scaleBy(plan.scaleFactor, dst, size{2} << order);
+    owns_cRadix4Norm(in, out, order, plan, scaled, onDst ? dst : work);
 }
 
 template <Direction direction, class T>
@@ -92,11 +91,7 @@ KEPS_INLINE KepStatus splitTransform(int tag, const T *srcRe, const T *srcIm, T 
                         work);
         return kepStatusOk;
     }
-    owns_cRadix4Norm(in, out, order, plan.twiddleCore, plan.bitRevTable, work);
-    if (scaled) {
-        scaleBy(plan.scaleFactor, dstRe, size{1} << order);
-        scaleBy(plan.scaleFactor, dstIm, size{1} << order);
-    }
+    owns_cRadix4Norm(in, out, order, plan, scaled, work);
     return kepStatusOk;
 }
 
