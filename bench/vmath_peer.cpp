@@ -6,6 +6,9 @@
 #ifdef KEPS_PEER_SLEEF
 #include <sleef.h>
 #endif
+#ifdef KEPS_PEER_VOLK
+#include <volk/volk.h>
+#endif
 
 // The C library's vector functions: c for AVX, d for AVX2.
 extern "C" {
@@ -46,6 +49,14 @@ void pairs4(const double *a, const double *b, double *y, int n) {
         _mm256_storeu_pd(y + i, f(_mm256_loadu_pd(a + i), _mm256_loadu_pd(b + i)));
 }
 
+#ifdef KEPS_PEER_VOLK
+// Its functions are pointers that are set to the best code at the first call.
+template <auto &f>
+void wholly(const float *a, const float *, float *y, int n) {
+    f(y, a, static_cast<unsigned>(n));
+}
+#endif
+
 } // namespace
 
 std::vector<Elementary<Kep32f>> elementary32() {
@@ -76,6 +87,12 @@ std::vector<Elementary<Kep32f>> elementary32() {
         {"atan2", "SLEEF u35 AVX2", true, pairs8<Sleef_atan2f8_u35avx2>},
         {"cbrt", "SLEEF u35 AVX", false, over8<Sleef_cbrtf8_u35avx>},
         {"cbrt", "SLEEF u35 AVX2", true, over8<Sleef_cbrtf8_u35avx2>},
+#endif
+#ifdef KEPS_PEER_VOLK
+        {"sin", "VOLK", false, wholly<volk_32f_sin_32f>},
+        {"exp", "VOLK", false, wholly<volk_32f_exp_32f>},
+        {"ln", "VOLK log2", false, wholly<volk_32f_log2_32f>, 0.69314718055994531},
+        {"atan", "VOLK", false, wholly<volk_32f_atan_32f>},
 #endif
     };
 }

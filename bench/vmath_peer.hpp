@@ -13,6 +13,7 @@ struct Elementary {
     const char *function, *name;
     bool wide; // needs AVX2 and fused operations
     void (*loop)(const T *a, const T *b, T *y, int n);
+    double scale = 1; // what its results are to be multiplied with
 };
 
 // What is linked, in the order of the functions.
