@@ -129,46 +129,51 @@ KEPS_INLINE __m128i bends(__m128i before, __m128i x) {
 
 // Four steps of the differences at a time. A step is v[i] = v[i-2] - v[i-3] + e[i] with e[i], from
 // 0 to -19, told by the signs of this step and the last. So v[i] = S[i-4] + e[i] + e[i-2] - e[i-3]
-// with S the second differences of v; and but for some units v[i] is the second difference of S at
-// i-8, whose sign is known long before and serves for v[i]'s own. Where a value turns out to have
-// another sign after all, once in millions of steps, the block is drawn again step by step.
+// with S the second differences of v; and but for some hundreds of units v[i] is 7 (v[i-8] +
+// v[i-12]) + 2 v[i-16], whose sign is known long before and serves for v[i]'s own. Where a value
+// turns out to have another sign after all, once in millions of steps, the block is drawn again
+// step by step.
 struct FourSteps {
-    // Of the last four steps: values, second and fourth differences, signs and e; the fourth
-    // differences also of the four before.
-    __m128i v, second, earlierFourth, fourth, sign, e;
+    // Of the last four steps: values, second differences, signs and e; twice the values of the four
+    // before; and what the next four and the four after them will nearly be.
+    __m128i v, second, sign, e, twiceBefore, ahead, furtherAhead;
 
-    // From the last three values and the borrow. The nine before them need not be what they were:
-    // those that lead there by steps with e of 0 serve.
+    // From the last three values and the borrow. Those before them need not be what they were: the
+    // ones that lead there by steps with e of 0 serve.
     FourSteps(std::uint32_t oldest, std::uint32_t middle, std::uint32_t newest,
               std::int32_t borrow) {
-        std::uint32_t back[12] = {newest, middle, oldest};
-        times<9>([&](int k) KEPS_INLINE_LAMBDA { back[k + 3] = back[k + 2] - back[k]; });
+        std::uint32_t back[16] = {newest, middle, oldest};
+        times<13>([&](int k) KEPS_INLINE_LAMBDA { back[k + 3] = back[k + 2] - back[k]; });
         const auto four = [&](int k) KEPS_INLINE_LAMBDA {
             const auto lane = [&](int j) KEPS_INLINE_LAMBDA { return static_cast<int>(back[j]); };
             return _mm_setr_epi32(lane(k + 3), lane(k + 2), lane(k + 1), lane(k));
         };
-        const __m128i first = four(8), second4 = four(4);
+        const __m128i one = four(4), two = four(8), three = four(12);
         v = four(0);
-        const __m128i firstBends = bends(first, first), secondBends = bends(first, second4);
-        second = bends(second4, v);
-        earlierFourth = bends(firstBends, secondBends); // of firstBends only the right half is read
-        fourth = bends(secondBends, second);
+        second = bends(one, v);
         sign = _mm_set1_epi32(borrow);
         e = _mm_setzero_si128();
+        twiceBefore = _mm_add_epi32(one, one);
+        ahead = eightOn(one, two, _mm_add_epi32(three, three));
+        furtherAhead = eightOn(v, one, _mm_add_epi32(two, two));
+    }
+    KEPS_INLINE static __m128i eightOn(__m128i last, __m128i before, __m128i twiceEarlier) {
+        const __m128i sum = _mm_add_epi32(last, before);
+        return _mm_add_epi32(_mm_sub_epi32(_mm_slli_epi32(sum, 3), sum), twiceEarlier);
     }
     // Returns the next four; the sign bits of wrong get those of lanes whose sign was not foreseen.
     KEPS_INLINE __m128i next(__m128i &wrong) {
-        const __m128i below = _mm_srai_epi32(earlierFourth, 31);
+        const __m128i below = _mm_srai_epi32(ahead, 31);
         const __m128i eighteens = _mm_and_si128(below, _mm_set1_epi32(-18));
         const __m128i change = _mm_add_epi32(eighteens, neighbours<3>(sign, below));
         const __m128i earlier = _mm_sub_epi32(neighbours<2>(e, change), neighbours<1>(e, change));
         const __m128i now = _mm_add_epi32(_mm_add_epi32(second, change), earlier);
         wrong = _mm_or_si128(wrong, _mm_xor_si128(_mm_sub_epi32(now, eighteens), below));
-        const __m128i nowBends = bends(v, now);
-        earlierFourth = fourth;
-        fourth = bends(second, nowBends);
+        second = bends(v, now);
+        ahead = furtherAhead;
+        furtherAhead = eightOn(now, v, twiceBefore);
+        twiceBefore = _mm_add_epi32(v, v);
         v = now;
-        second = nowBends;
         sign = below;
         e = change;
         return now;
