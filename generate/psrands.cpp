@@ -281,48 +281,50 @@ KepStatus fillUniform(T *dst, int32_t len, KepRandUniformState *state) {
     return kepStatusOk;
 }
 
-// Accepted pairs: points of the unit disc but for its centre.
+// Pairs u1, u2 within the unit disc but for its centre, the sum of their squares and its logarithm.
 struct Pairs {
-    alignas(32) double u1[block / 2 + 8], u2[block / 2 + 8], f[block / 2 + 8];
-    size count;
+    alignas(32) double u1[block / 2 + 4], u2[block / 2 + 4], s[block / 2 + 4], ln[block / 2 + 4];
+
+    KEPS_INLINE f64x4 factors(size k) const {
+        return root(splat<f64x4>(-2) * loadAligned<f64x4>(ln + k) / loadAligned<f64x4>(s + k));
+    }
 };
 
-// Draws n pairs, 1 to block / 2, and keeps the accepted ones with f = sqrt(-2 ln(s) / s).
+// Draws until there are n pairs, 1 to block / 2.
 void drawPairs(Stream &stream, Pairs &p, size n) {
-    std::int32_t r[block + 8];
-    stream.draw(r, 2 * n);
-    const f64x4 unit = splat<f64x4>(0x1p-31);
-    size count = 0;
-    for (size k = 0; k < n; k += 4) {
-        const f64x4 first = fourDoubles(r + 2 * k) * unit;
-        const f64x4 second = fourDoubles(r + 2 * k + 4) * unit;
-        const __m256d low = _mm256_permute2f128_pd(first.v, second.v, 0x20);
-        const __m256d high = _mm256_permute2f128_pd(first.v, second.v, 0x31);
-        const f64x4 u1 = {_mm256_unpacklo_pd(low, high)}, u2 = {_mm256_unpackhi_pd(low, high)};
-        const f64x4 s = u1 * u1 + u2 * u2;
-        const unsigned good = signs(less(s, splat<f64x4>(1)) & notLessEqual(s, zero<f64x4>())) &
-                              (n - k < 4 ? (1U << (n - k)) - 1 : 15U);
-        alignas(32) double pair1[4], pair2[4], square[4];
-        storeAligned(pair1, u1);
-        storeAligned(pair2, u2);
-        storeAligned(square, s);
-        for (int j = 0; j < 4; ++j) {
-            p.u1[count] = pair1[j];
-            p.u2[count] = pair2[j];
-            p.f[count] = square[j];
-            count += good >> j & 1;
+    std::int32_t pairs[block + 8];
+    for (size count = 0; count < n;) {
+        // As many as are wanted, which may all be accepted.
+        std::int32_t r[block + 8];
+        const size drawn = n - count;
+        stream.draw(r, 2 * drawn);
+        for (size k = 0; k < drawn; k += 4) {
+            const f64x4 a = fourDoubles(r + 2 * k), b = fourDoubles(r + 2 * k + 4);
+            // s times 2^62, of the pairs 0, 2, 1, 3.
+            const f64x4 s = addNeighbours(a * a, b * b);
+            unsigned good = signs(less(s, splat<f64x4>(0x1p62)) & notLessEqual(s, zero<f64x4>()));
+            if (drawn - k < 4) good &= drawn - k == 1 ? 1 : (drawn - k == 2 ? 5 : 7);
+            constexpr int places[] = {0, 2, 1, 3};
+            times<4>([&](int j) KEPS_INLINE_LAMBDA {
+                storeAs(pairs + 2 * count, loadAs<std::int64_t>(r + 2 * (k + j)));
+                count += good >> places[j] & 1;
+            });
         }
     }
-    p.count = count;
-    for (size k = count; k < count + 3; ++k) p.u1[k] = p.u2[k] = p.f[k] = 0.5;
-    if (count == 0) return;
-    alignas(32) double ln[block / 2 + 4];
-    kepsLn_64f_A53(p.f, ln, static_cast<std::int32_t>(count));
-    for (size k = count; k < count + 3; ++k) ln[k] = -1;
-    for (size k = 0; k < count; k += 4) {
-        const f64x4 s = loadAligned<f64x4>(p.f + k);
-        storeAligned(p.f + k, root(splat<f64x4>(-2) * loadAligned<f64x4>(ln + k) / s));
+    for (size k = 2 * n; k & 7; ++k) pairs[k] = 0;
+    const f64x4 unit = splat<f64x4>(0x1p-31);
+    for (size k = 0; k < n; k += 4) {
+        const f64x4 a = fourDoubles(pairs + 2 * k) * unit;
+        const f64x4 b = fourDoubles(pairs + 2 * k + 4) * unit;
+        const __m256d low = _mm256_permute2f128_pd(a.v, b.v, 0x20);
+        const __m256d high = _mm256_permute2f128_pd(a.v, b.v, 0x31);
+        const f64x4 u1 = {_mm256_unpacklo_pd(low, high)}, u2 = {_mm256_unpackhi_pd(low, high)};
+        storeAligned(p.u1 + k, u1);
+        storeAligned(p.u2 + k, u2);
+        storeAligned(p.s + k, u1 * u1 + u2 * u2);
     }
+    kepsLn_64f_A53(p.s, p.ln, static_cast<std::int32_t>(n));
+    for (size k = n; k & 3; ++k) p.ln[k] = -1, p.s[k] = 1; // what no exception comes from
 }
 
 // Integers are rounded and clamped in double.
@@ -360,12 +362,13 @@ KepStatus fillGauss(T *dst, int32_t len, KepRandGaussState *state) {
         i = 1;
     }
     Pairs p;
-    for (size wanted = (len - i) / 2; wanted > 0; wanted -= p.count) {
-        drawPairs(stream, p, wanted < block / 2 ? wanted : block / 2);
+    for (size wanted = (len - i) / 2, n; wanted > 0; wanted -= n) {
+        n = wanted < block / 2 ? wanted : block / 2;
+        drawPairs(stream, p, n);
         size k = 0;
         // Values of u2 and u1 in turn.
         const auto values = [&](size at, f64x4 &first, f64x4 &second) KEPS_INLINE_LAMBDA {
-            const f64x4 f = loadAligned<f64x4>(p.f + at);
+            const f64x4 f = p.factors(at);
             const f64x4 a = means + loadAligned<f64x4>(p.u2 + at) * deviations * f;
             const f64x4 b = means + loadAligned<f64x4>(p.u1 + at) * deviations * f;
             const __m256d low = _mm256_unpacklo_pd(a.v, b.v), high = _mm256_unpackhi_pd(a.v, b.v);
@@ -373,26 +376,26 @@ KepStatus fillGauss(T *dst, int32_t len, KepRandGaussState *state) {
             second = limited<T>({_mm256_permute2f128_pd(low, high, 0x31)});
         };
         f64x4 first, second;
-        for (; k + 4 <= p.count; k += 4) {
+        for (; k + 4 <= n; k += 4) {
             values(k, first, second);
             put(dst + i, first);
             put(dst + i + 4, second);
             i += 8;
         }
-        if (k < p.count) {
+        if (k < n) {
             T rest[8];
             values(k, first, second);
             put(rest, first);
             put(rest + 4, second);
-            for (size j = 0; j < 2 * (p.count - k); ++j) storeOne(dst + i + j, rest[j]);
-            i += 2 * (p.count - k);
+            for (size j = 0; j < 2 * (n - k); ++j) storeOne(dst + i + j, rest[j]);
+            i += 2 * (n - k);
         }
     }
     if (i < len) {
-        do drawPairs(stream, p, 1);
-        while (p.count == 0);
-        putOne(dst + i, mean + p.u2[0] * stdDev * p.f[0]);
-        record->saved = p.f[0];
+        drawPairs(stream, p, 1);
+        const double f = _mm_cvtsd_f64(_mm256_castpd256_pd128(p.factors(0).v));
+        putOne(dst + i, mean + p.u2[0] * stdDev * f);
+        record->saved = f;
         record->savedU1 = p.u1[0];
         record->savedU2 = p.u2[0];
         record->spent = 0;

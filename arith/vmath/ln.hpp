@@ -20,13 +20,21 @@ struct Mantissa {
 // ln x = (k ln2High - ln c's high part, exact) + r + (what the sums lost + low parts + r^2 P(r)).
 // Next to 1 the first term is 0, elsewhere no smaller than r. Error below 0.52 units.
 template <class V>
-KEPS_INLINE V lnHigh(const Mantissa<V> &m, V high, V low) {
+struct LnParts {
+    V r, sum, tail;
+};
+template <class V>
+KEPS_INLINE LnParts<V> lnParts(const Mantissa<V> &m, V high, V low) {
     const V r = m.upper + m.lower;
     const V rest = (m.upper - r) + m.lower;
     const V whole = m.k * constant<V>(ln2High) + high;
     const V sum = whole + r;
     const V lost = ((whole - sum) + r) + rest;
-    return sum + ((lost + (m.k * constant<V>(ln2Low) + low)) + r * r * polynomial(r, vdln_high));
+    return {r, sum, lost + (m.k * constant<V>(ln2Low) + low)};
+}
+template <class V>
+KEPS_INLINE V lnHigh(const LnParts<V> &x) {
+    return x.sum + (x.tail + x.r * x.r * polynomial(x.r, vdln_high));
 }
 
 struct LnPlace {

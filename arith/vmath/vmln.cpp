@@ -17,8 +17,9 @@ double keps::vmath::lnSlow(double x) {
     const auto m = __builtin_bit_cast(double, bits - (static_cast<std::uint64_t>(k) << 52));
     const auto upper =
         __builtin_bit_cast(double, __builtin_bit_cast(std::uint64_t, m) & 0xFFFFFFFFF0000000);
-    return lnHigh<double>(
-        {static_cast<double>(k - below), upper * row[0] - 1, (m - upper) * row[0]}, row[1], row[2]);
+    return lnHigh(
+        lnParts<double>({static_cast<double>(k - below), upper * row[0] - 1, (m - upper) * row[0]},
+                        row[1], row[2]));
 }
 
 namespace {
@@ -53,11 +54,17 @@ struct Double {
     static int rare(const double *x, double *y) { return vdln_cout_rare(x, y); }
 };
 struct DoubleHigh : Double {
-    KEPS_INLINE static void fast(const V *x, V *y, V &outside) {
+    static constexpr int mids = 3;
+    KEPS_INLINE static void first(const V *x, V *mid, V &extent) {
         const LnPlace place = lnPlace(*x);
-        *y = lnHigh(place.m, place.at.c[1], place.at.c[2]);
-        outside = lnBeyond(*x);
+        const LnParts<V> parts = lnParts(place.m, place.at.c[1], place.at.c[2]);
+        mid[0] = parts.r;
+        mid[1] = parts.sum;
+        mid[2] = parts.tail;
+        extent = extent | lnBeyond(*x);
     }
+    KEPS_INLINE static V outside(V marks) { return marks; }
+    KEPS_INLINE static void second(const V *mid, V *y) { *y = lnHigh<V>({mid[0], mid[1], mid[2]}); }
 };
 // As SingleShort below.
 template <const auto &series>

@@ -175,6 +175,39 @@ TYPED_TEST(Random, StatusesInTheirOrder) {
     for (const T x : dst) EXPECT_EQ(T(0), x);
 }
 
+// Values so close to each other that their differences' signs cannot be told beforehand, and one
+// such place in a long ordinary stream: the generator's fields stand from byte 24 on.
+TEST(RandomStream, DifferencesOfAFewUnits) {
+    const std::uint32_t histories[][3] = {
+        {0, 0, 0}, {5, 5, 5}, {0x80000000, 0, 0}, {1, 0x80000001, 0x7FFFFFFF}, {19, 0, 18}};
+    for (const auto &history : histories)
+        for (const std::int32_t borrow : {0, -1}) {
+            std::vector<char> block(56);
+            auto *state = reinterpret_cast<KepRandUniformState *>(block.data());
+            kepsRandUniformInit_64f(state, 0, 1, 1);
+            Plain plain(1);
+            plain.swb0 = history[0], plain.swb1 = history[1], plain.swb2 = history[2];
+            plain.borrow = borrow;
+            std::memcpy(block.data() + 28, history, 12);
+            std::memcpy(block.data() + 40, &borrow, 4);
+            std::vector<Kep64f> x(3000);
+            kepsRandUniform_64f(x.data(), 3000, state);
+            for (const Kep64f y : x) ASSERT_EQ(0.5 + 0x1p-32 * plain.step(), y);
+        }
+    std::vector<char> block(56);
+    auto *state = reinterpret_cast<KepRandUniformState *>(block.data());
+    kepsRandUniformInit_64f(state, 0, 1, 99);
+    Plain plain(99);
+    std::vector<Kep64f> x(1 << 20);
+    for (int k = 0; k < 32; ++k) {
+        kepsRandUniform_64f(x.data(), 1 << 20, state);
+        double worst = 0;
+        for (const Kep64f y : x)
+            worst = std::fmax(worst, std::fabs(0.5 + 0x1p-32 * plain.step() - y));
+        ASSERT_EQ(0, worst) << k;
+    }
+}
+
 // Sixteen equal parts, each part of the pairs of neighbours, and the moments: far outside any
 // plausible deviation if a step went wrong.
 TEST(RandomDistribution, UniformAndGauss) {
