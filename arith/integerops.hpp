@@ -12,11 +12,13 @@ namespace keps {
 // Numbers with the lowest n bits set, n up to the width, and bit n alone, 0 at the width.
 template <class T>
 constexpr T lowBits(int n) {
-    return static_cast<T>(n >= 64 ? ~std::uint64_t{0} : (std::uint64_t{1} << n) - 1);
+    if (sizeof(T) == 8 && n >= 64) return static_cast<T>(~std::uint64_t{0});
+    return static_cast<T>((std::uint64_t{1} << n) - 1);
 }
 template <class T>
 constexpr T oneBit(int n) {
-    return static_cast<T>(n >= 64 ? 0 : std::uint64_t{1} << n);
+    if (sizeof(T) == 8 && n >= 64) return 0;
+    return static_cast<T>(std::uint64_t{1} << n);
 }
 
 // x with the lowest bit cleared where tie is set.
@@ -103,6 +105,8 @@ KEPS_INLINE int128<T> saturatedSum(int128<T> a, int128<T> b) {
     if constexpr (sizeof(T) < 4)
         return addSaturated(a, b);
     else {
+        a = inRegister(a);
+        b = inRegister(b);
         const int128<T> sum = a + b;
         return {
             _mm_castps_si128(_mm_blendv_ps(_mm_castsi128_ps(sum.v), _mm_castsi128_ps(limitOf(a).v),
@@ -115,6 +119,8 @@ KEPS_INLINE int128<T> saturatedDifference(int128<T> a, int128<T> b) {
     if constexpr (sizeof(T) < 4)
         return subSaturated(b, a);
     else {
+        a = inRegister(a);
+        b = inRegister(b);
         const int128<T> difference = b - a;
         return {_mm_castps_si128(_mm_blendv_ps(_mm_castsi128_ps(difference.v),
                                                _mm_castsi128_ps(limitOf(b).v),
@@ -139,6 +145,8 @@ struct SumOf {
 
     KEPS_INLINE static V plain(V a, V b) { return saturatedSum(a, b); }
     KEPS_INLINE static V half(V a, V b) {
+        a = inRegister(a);
+        b = inRegister(b);
         const V one = splatInt(T{1});
         if constexpr (std::is_signed_v<T>) {
             const V h = halfSum(a, b);
@@ -151,7 +159,11 @@ struct SumOf {
     struct Down {
         SignedDown<T> rule;
         explicit Down(int s) : rule(s) {}
-        KEPS_INLINE V operator()(V a, V b) const { return rule(halfSum(a, b), a + b); }
+        KEPS_INLINE V operator()(V a, V b) const {
+            a = inRegister(a);
+            b = inRegister(b);
+            return rule(halfSum(a, b), a + b);
+        }
     };
     // A tie of the halved sum is one of the sum only where the sum is even.
     struct UnsignedDown {
@@ -160,6 +172,8 @@ struct SumOf {
         explicit UnsignedDown(int s)
             : up(s - 1), mask(splatInt(lowBits<T>(s - 1))), tie(splatInt(oneBit<T>(s - 2))) {}
         KEPS_INLINE V operator()(V a, V b) const {
+            a = inRegister(a);
+            b = inRegister(b);
             const V h = halfSum(a, b);
             return toEven(up(h), without(equal(h & mask, tie), a ^ b));
         }
@@ -187,6 +201,8 @@ struct DifferenceOf {
 
     KEPS_INLINE static V plain(V a, V b) { return saturatedDifference(a, b); }
     KEPS_INLINE static V half(V a, V b) {
+        a = inRegister(a);
+        b = inRegister(b);
         const V one = splatInt(T{1});
         if constexpr (std::is_signed_v<T>) {
             // Only the largest difference rounds up beyond the type's maximum.
@@ -203,7 +219,11 @@ struct DifferenceOf {
     struct Down {
         SignedDown<T> rule;
         explicit Down(int s) : rule(s) {}
-        KEPS_INLINE V operator()(V a, V b) const { return rule(halfDifference(a, b), b - a); }
+        KEPS_INLINE V operator()(V a, V b) const {
+            a = inRegister(a);
+            b = inRegister(b);
+            return rule(halfDifference(a, b), b - a);
+        }
     };
     struct UnsignedDown {
         HalfUp<T> up;
@@ -264,6 +284,7 @@ KEPS_INLINE i32x4 halved(i32x4 x) {
 // The bound of a product is told by its factors' signs and zeros.
 template <class T>
 KEPS_INLINE int128<T> boundOfProduct(int128<T> a, int128<T> b) {
+    if (std::is_signed_v<T>) a = inRegister(a), b = inRegister(b);
     const int128<T> isZero = equal(a, nothing<T>()) | equal(b, nothing<T>());
     if constexpr (std::is_signed_v<T>)
         return without(limitOf(a ^ b), isZero);
@@ -345,6 +366,7 @@ struct ProductOf<Kep16s> {
     static constexpr int upper = 30, lower = -14;
 
     KEPS_INLINE static two<i32x4> exact(V a, V b) {
+        a = inRegister(a);
         b = inRegister(b);
         return interleave<Kep32s>(mulLow(a, b), mulHigh(a, b));
     }
@@ -380,6 +402,8 @@ struct ProductOf<Kep16s> {
         explicit DownTo14(int s)
             : by(s), bit(splatInt(oneBit<Kep16s>(s))), half(splatInt(oneBit<Kep16s>(s - 1))) {}
         KEPS_INLINE V operator()(V a, V b) const {
+            a = inRegister(a);
+            b = inRegister(b);
             const V up = half + equal(mulLow(a, b) & bit, nothing<Kep16s>());
             const auto x = interleave<Kep16s>(a, splatInt(Kep16s{1})),
                        y = interleave<Kep16s>(b, up);
@@ -432,6 +456,7 @@ struct ProductOf<Kep16u> {
         return narrowUnsigned(as<Kep32s>(lo), as<Kep32s>(hi));
     }
     KEPS_INLINE static V plain(V a, V b) {
+        a = inRegister(a);
         b = inRegister(b);
         const V fits = equal(mulHigh(a, b), nothing<Kep16u>());
         return select(fits, splatInt(Kep16u{0xFFFF}), mulLow(a, b));
@@ -449,6 +474,8 @@ struct ProductOf<Kep16u> {
         NearDown<Kep32u> rule;
         explicit DownTo16(int s) : rule(s) {}
         KEPS_INLINE V operator()(V a, V b) const {
+            a = inRegister(a);
+            b = inRegister(b);
             const auto x = interleave<Kep32u>(mulLow(a, b), mulHigh(a, b));
             return narrow(rule(x.lo), rule(x.hi));
         }
@@ -557,6 +584,8 @@ struct Exact16sPlus {
 struct ComplexProduct16 {
     i32x4 re, im;
     KEPS_INLINE ComplexProduct16(i16x8 a, i16x8 b) {
+        a = inRegister(a);
+        b = inRegister(b);
         // With not d for -d - 1, ac - bd is a c + b not(d) + b; so no part is negated.
         const i16x8 notIm = b ^ as<Kep16s>(splatInt(Kep32u{0xFFFF0000}));
         const __m128i swap = _mm_setr_epi8(2, 3, 0, 1, 6, 7, 4, 5, 10, 11, 8, 9, 14, 15, 12, 13);
@@ -734,6 +763,8 @@ struct Exact32s {
     static constexpr int upper = 62, lower = -31;
     static constexpr bool near = true;
     KEPS_INLINE static Wide of(i32x4 a, i32x4 b) {
+        a = inRegister(a);
+        b = inRegister(b);
         return {wideProduct(evenWords(a), evenWords(b)), wideProduct(oddWords(a), oddWords(b))};
     }
 };

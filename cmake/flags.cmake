@@ -19,6 +19,10 @@ target_compile_options(keps_flags INTERFACE
     -fno-tree-slp-vectorize -fno-tree-loop-distribute-patterns
     # Upper-half clears come with this optimisation only; debug builds need it by name.
     -fexpensive-optimizations
+    # Tests parted from their loop would cost a worker that another one calls a jump.
+    -fno-partial-inlining
+    # A loop that starts anywhere lies in one more line than it needs, which costs a third at worst.
+    -falign-loops=64
     # What a callee is known to leave alone makes g++ 12 forget the clear around its call.
     -fno-ipa-ra>
   $<$<AND:$<COMPILE_LANGUAGE:CXX>,$<CXX_COMPILER_ID:Clang>>:-fno-vectorize -fno-slp-vectorize>)

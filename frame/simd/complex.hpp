@@ -95,25 +95,17 @@ KEPS_INLINE V loadHalves(const typename V::element *a, const typename V::element
     return join(load<Half<V>>(a), load<Half<V>>(b));
 }
 
-// Keeps a loaded vector in a register: compilers fold a load into each of its uses, and two uses
-// would take two of the two loads a cycle.
-template <class V>
-KEPS_INLINE V held(V x) {
-    __asm__("" : "+x"(x.v));
-    return x;
-}
-
 // The lower, the upper halves of two vectors in memory: a load, a load that doubles a half, a
 // blend, which every arithmetic pipe takes.
 template <class V>
 KEPS_INLINE V lowerHalves(const float *a, const float *b) {
     const __m128 *half = reinterpret_cast<const __m128 *>(b);
-    return {_mm256_blend_ps(_mm256_load_ps(a), held(V{_mm256_broadcast_ps(half)}).v, 0xF0)};
+    return {_mm256_blend_ps(_mm256_load_ps(a), inRegister(V{_mm256_broadcast_ps(half)}).v, 0xF0)};
 }
 template <class V>
 KEPS_INLINE V upperHalves(const float *a, const float *b) {
     const __m128 *half = reinterpret_cast<const __m128 *>(a + 4);
-    return {_mm256_blend_ps(held(V{_mm256_broadcast_ps(half)}).v, _mm256_load_ps(b), 0xF0)};
+    return {_mm256_blend_ps(inRegister(V{_mm256_broadcast_ps(half)}).v, _mm256_load_ps(b), 0xF0)};
 }
 
 // Pairs of a and b in turn, from the lower and from the upper half of each lane.
@@ -135,7 +127,7 @@ constexpr int columnOfLane(int i) {
 // shuffles.
 template <class V>
 KEPS_INLINE planar<V> loadInterleaved(const typename V::element *p) {
-    const V a = held(load<V>(p)), b = held(load<V>(p + V::lanes));
+    const V a = inRegister(load<V>(p)), b = inRegister(load<V>(p + V::lanes));
     return {firstOfPairs(a, b), secondOfPairs(a, b)};
 }
 // The same values from the last backward: lane i holds value V::lanes - 1 - columnOfLane(i).

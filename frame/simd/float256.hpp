@@ -163,7 +163,8 @@ KEPS_INLINE void storePart(double *p, f64x4 x, size n) {
     if (n & 1) storeOne(p, _mm_cvtsd_f64(rest));
 }
 
-// Keeps the compiler from reading x anew from memory at each of its uses, where loads are scarce.
+// Keeps the compiler from reading x anew from memory at each of its uses, where loads are scarce:
+// there are two a cycle.
 KEPS_INLINE f32x8 inRegister(f32x8 x) {
     __asm__("" : "+x"(x.v));
     return x;

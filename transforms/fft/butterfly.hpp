@@ -99,7 +99,7 @@ constexpr int runOf(int j) {
 
 template <class V>
 KEPS_INLINE planar<V> loadPlanar(const typename V::element *p) {
-    return {held(loadAligned<V>(p)), held(loadAligned<V>(p + V::lanes))};
+    return {inRegister(loadAligned<V>(p)), inRegister(loadAligned<V>(p + V::lanes))};
 }
 
 // Data in the caller's interleaved order, at any address. E is T or const T.
