@@ -10,18 +10,6 @@
 
 namespace keps {
 
-KEPS_INLINE two<i32x4> widened(i16x8 x) {
-    return {widenLower(x), widenUpper(x)};
-}
-KEPS_INLINE two<i32x4> widened(u16x8 x) {
-    const __m128i none = _mm_setzero_si128();
-    return {{_mm_unpacklo_epi16(x.v, none)}, {_mm_unpackhi_epi16(x.v, none)}};
-}
-// The lower eight.
-KEPS_INLINE two<i32x4> widened(u8x16 x) {
-    return {{_mm_cvtepu8_epi32(x.v)}, {_mm_cvtepu8_epi32(_mm_srli_si128(x.v, 4))}};
-}
-
 template <class T>
 inline constexpr double largest = std::is_same_v<T, std::uint8_t>    ? 255
                                   : std::is_same_v<T, std::uint16_t> ? 65535
