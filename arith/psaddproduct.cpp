@@ -1,6 +1,6 @@
 // AddProduct: the products of two arrays, or of an array and a constant, added to a third.
 #include "arith/floatops.hpp"
-#include "arith/integerops.hpp"
+#include "arith/products.hpp"
 
 using namespace keps;
 
