@@ -1,7 +1,7 @@
 // Operators whose result is of another type than their sources.
 #pragma once
 
-#include "arith/integerops.hpp"
+#include "arith/products.hpp"
 
 namespace keps {
 

@@ -1,6 +1,6 @@
 // AddProduct: the products of two arrays, or of an array and a constant, added to a third.
 #include "arith/floatops.hpp"
-#include "arith/integerops.hpp"
+#include "arith/products.hpp"
 
 using namespace keps;
 
@@ -24,16 +24,11 @@ struct PlusTimesConstant {
     KEPS_INLINE f32x8 operator()(f32x8 a, f32x8 sum) const { return sum + a * constant; }
 };
 
-// From 32 KiB of arrays on, the loop asks for what lies 256 bytes ahead.
 template <class Op, class T>
 KepStatus addProducts(const T *src1, const T *src2, T *srcDst, int32_t len) {
     if (const KepStatus refused = refuse(len, src1, src2, srcDst)) return refused;
-    constexpr int N = floatLanes<T>, round = std::is_same_v<Op, PlusProduct> ? 4 : 2;
-    constexpr size prefetchAbove = 32768, ahead = 256;
-    if (size{len} * 3 * size{sizeof(T)} > prefetchAbove)
-        map<N, round, ahead>(len, Op{}, srcDst, src1, src2, srcDst);
-    else
-        map<N, round>(len, Op{}, srcDst, src1, src2, srcDst);
+    constexpr int round = std::is_same_v<Op, PlusProduct> ? 4 : 2;
+    map<floatLanes<T>, round>(len, Op{}, srcDst, src1, src2, srcDst);
     return kepStatusOk;
 }
 

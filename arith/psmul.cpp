@@ -1,7 +1,7 @@
 // Mul: the product of two arrays, element by element.
 #include "arith/floatops.hpp"
-#include "arith/integerops.hpp"
 #include "arith/mixed.hpp"
+#include "arith/products.hpp"
 using namespace keps;
 
 namespace {

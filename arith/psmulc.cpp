@@ -2,7 +2,7 @@
 #include "arith/bytype.hpp"
 #include "arith/convert.hpp"
 #include "arith/floatops.hpp"
-#include "arith/integerops.hpp"
+#include "arith/products.hpp"
 using namespace keps;
 
 namespace {

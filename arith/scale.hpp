@@ -1,12 +1,12 @@
 // The rule of scaled integers: the exact result of an operation, times two to the minus
 // scaleFactor, rounded to nearest with ties to even, saturated.
 //
-// An operation (integerops.hpp) is a struct of static members: upper and lower, the scale factors
-// beyond which all results are 0 or a bound; plain, the saturated result; half, that of scale
-// factor 1; down(s, run), which hands run the rule of a scale factor of 2 and more; and Up, the
-// rule of negative ones, if there is a shorter one than a shift of plain's result. A rule is made
-// from the scale factor, once per call, and is then an operator on vectors. Everything else about
-// scale factors stands here.
+// An operation (integerops.hpp, products.hpp) is a struct of static members: upper and lower, the
+// scale factors beyond which all results are 0 or a bound; plain, the saturated result; half, that
+// of scale factor 1; down(s, run), which hands run the rule of a scale factor of 2 and more; and
+// Up, the rule of negative ones, if there is a shorter one than a shift of plain's result. A rule
+// is made from the scale factor, once per call, and is then an operator on vectors. Everything else
+// about scale factors stands here.
 #pragma once
 
 #include <limits>

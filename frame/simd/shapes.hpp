@@ -212,24 +212,14 @@ KEPS_INLINE auto apply(const Op &op, const V &...x) {
     }
 }
 
-// Asks for the cache lines of Elements elements that lie ahead bytes behind p.
-template <size Elements, class T>
-KEPS_INLINE void prefetch(const T *p, size ahead) {
-    constexpr int lines = static_cast<int>((Elements * size{sizeof(T)} + 63) / 64);
-    times<lines>([&](int k) KEPS_INLINE_LAMBDA {
-        _mm_prefetch(reinterpret_cast<const char *>(p) + ahead + 64 * k, _MM_HINT_T0);
-    });
-}
-
 // dst[i] = op(src[i]...) for n elements, N at a time. The operator works on whole blocks, its lanes
 // are independent, and every element goes through it. Unroll is the number of blocks a round: 4 for
 // operators of an instruction or two, 2 for longer ones, 1 for those that fill the registers.
 //
 // A source may be the destination. The last round ends at the array's end, whatever it overlaps:
 // it is computed ahead of the body and stored behind it. So short arrays take two or three branches
-// and no loop. Long ones have dst brought to a multiple of its block's size. Ahead is how many
-// bytes ahead of the loop each array is prefetched, 0 for none.
-template <int N, int Unroll = 4, int Ahead = 0, class Op, class To, class... From>
+// and no loop. Long ones have dst brought to a multiple of its block's size.
+template <int N, int Unroll = 4, class Op, class To, class... From>
 KEPS_INLINE void map(size n, const Op &op, To *dst, const From *...src) {
     // An operator that says so has the halves of its results stored apart.
     const auto put = [](To *p, const Block<To, N> &x) KEPS_INLINE_LAMBDA {
@@ -275,7 +265,6 @@ KEPS_INLINE void map(size n, const Op &op, To *dst, const From *...src) {
         }
     }
     for (; i < lastRound; i += round) {
-        if constexpr (Ahead > 0) (prefetch<round>(src + i, Ahead), ...);
         // One after the other: grouped loads run into later lines of sources that lie across
         // boundaries, which costs a fifth where the second cache feeds them.
         // For one instruction a vector there are too many loads of 16 bytes, and with 32-byte loads
