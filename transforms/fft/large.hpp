@@ -65,19 +65,32 @@ void tileToRuns(In tile, Data data, size base, size points, const typename In::T
     constexpr int lanes = In::V::lanes, laneBits = lanes == 8 ? 3 : 2;
     constexpr int bits = Traits<T>::tileOrder, runBits = sizeof(T) == 4 ? 4 : 2;
     constexpr std::uint32_t run = 1 << runBits, side = 1 << bits, blocks = side / run;
+    constexpr std::uint32_t calls = side / lanes * blocks;
+    [[maybe_unused]] FirstTile<In> pair[2]; // one gathered while the other is scattered
+    size pending = 0;
     for (std::uint32_t c = 0; c < side / lanes; ++c) {
         for (std::uint32_t r = 0; r < blocks; ++r) {
-            constexpr std::uint32_t calls = side / lanes * blocks;
             const std::uint32_t call = c * blocks + r;
             const std::uint32_t end = next ? (call + 1) * side / calls : 0;
             for (std::uint32_t row = call * side / calls; row < end; ++row)
                 prefetchRow(*next, row * (points / side));
             const size to = base + size{run} * bitReversed(r, bits - runBits) +
                             size{bitReversed(c, bits - laneBits)} * (points / side);
-            firstTile<run>(tile.at(r * side + c * lanes), size{blocks} * side, data.at(to),
-                           points / lanes, core);
+            const In from = tile.at(r * side + c * lanes);
+            if constexpr (run == 16) {
+                if (call == 0)
+                    pair[0].gather(from, size{blocks} * side);
+                else
+                    pair[(call - 1) % 2].scatterAndGather(data.at(pending), points / lanes, core,
+                                                          pair[call % 2], from,
+                                                          size{blocks} * side);
+                pending = to;
+            } else {
+                firstTile<run>(from, size{blocks} * side, data.at(to), points / lanes, core);
+            }
         }
     }
+    if constexpr (run == 16) pair[(calls - 1) % 2].scatter(data.at(pending), points / lanes, core);
 }
 
 // Bit reversal and first pass of 2^order points; work holds two tiles. data may be in's own

@@ -215,6 +215,45 @@ KEPS_INLINE void points4_64f(In in, Out out, double factor) {
     out.storeHalf(3, times_<scaled>(d0 - turn, factor));
 }
 
+// As points4_64f: in place, one transform waits for the last, and the way through is what counts.
+// a + i b is one addsub, and a - i b takes b with its sign turned where b is made.
+template <Direction direction, bool scaled, class In, class Out>
+KEPS_INLINE void points8_64f(In in, Out out, double factor) {
+    const auto plusTurned = [](f64x2 a, f64x2 b) KEPS_INLINE_LAMBDA {
+        return f64x2{_mm_addsub_pd(a.v, _mm_shuffle_pd(b.v, b.v, 1))};
+    };
+    const f64x2 root = splat<f64x2>(0.70710678118654752440);
+    const f64x2 minusRoot = splat<f64x2>(-0.70710678118654752440);
+    f64x2 x[8];
+    times<8>([&](int i) KEPS_INLINE_LAMBDA { x[i] = in.loadHalf(i); });
+    // Bins 0, 1, 2, 3 of the inverse, and bin 2 negated.
+    const auto radix4 = [&](int i, f64x2(&to)[5]) KEPS_INLINE_LAMBDA {
+        const f64x2 s0 = x[i] + x[i + 4], d0 = x[i] - x[i + 4], s1 = x[i + 2] + x[i + 6];
+        to[0] = s0 + s1;
+        to[1] = plusTurned(d0, x[i + 2] - x[i + 6]);
+        to[2] = s0 - s1;
+        to[3] = plusTurned(d0, x[i + 6] - x[i + 2]);
+        to[4] = s1 - s0;
+    };
+    f64x2 even[5], odd[5];
+    radix4(0, even);
+    radix4(1, odd);
+    const f64x2 a = odd[1] * root, b = odd[3] * root;
+    const f64x2 o1 = plusTurned(a, a), o3 = plusTurned(odd[3] * minusRoot, b);
+    // Bin k of the inverse is bin 8 - k of the forward transform.
+    const auto put = [&](int k, f64x2 y) KEPS_INLINE_LAMBDA {
+        out.storeHalf(direction == inverse ? k : -k & 7, times_<scaled>(y, factor));
+    };
+    put(0, even[0] + odd[0]);
+    put(4, even[0] - odd[0]);
+    put(1, even[1] + o1);
+    put(5, even[1] - o1);
+    put(2, plusTurned(even[2], odd[2]));
+    put(6, plusTurned(even[2], odd[4]));
+    put(3, even[3] + o3);
+    put(7, even[3] - o3);
+}
+
 // Two rows of four: sums and turned differences, brought side by side as points c of both, and a
 // 4-point transform down the pairs.
 template <Direction direction, bool scaled, class In, class Out>
@@ -249,27 +288,30 @@ KEPS_INLINE void transform(In in, Out out, typename In::T factor) {
     if constexpr (Order == 2 && single) points4_32f<direction, scaled>(in, out, factor);
     if constexpr (Order == 2 && !single) points4_64f<direction, scaled>(in, out, factor);
     if constexpr (Order == 3 && single) points8_32f<direction, scaled>(in, out, factor);
-    if constexpr (Order == 3 && !single) rowsByColumns<4, 2, direction, scaled>(in, out, factor);
+    if constexpr (Order == 3 && !single) points8_64f<direction, scaled>(in, out, factor);
     if constexpr (Order == 4) rowsByColumns<4, 4, direction, scaled>(in, out, factor);
     if constexpr (Order == 5) rowsByColumns<8, 4, direction, scaled>(in, out, factor);
     if constexpr (Order == 6) rowsByColumns<8, 8, direction, scaled>(in, out, factor);
 }
 
+// The kernels return the status, so that a worker ends in a jump to its kernel.
 template <class T, int Order, Direction direction, bool scaled>
-void owns_cFFT(const T *src, T *dst, T factor) {
+KepStatus owns_cFFT(const T *src, T *dst, T factor) {
     transform<Order, direction, scaled>(Points<const T>{src}, Points<T>{dst}, factor);
+    return kepStatusOk;
 }
 
 template <class T, int Order, bool scaled>
-void owns_crFFT(const T *srcRe, const T *srcIm, T *dstRe, T *dstIm, T factor) {
+KepStatus owns_crFFT(const T *srcRe, const T *srcIm, T *dstRe, T *dstIm, T factor) {
     transform<Order, forward, scaled>(SplitPoints<const T>{srcRe, srcIm},
                                       SplitPoints<T>{dstRe, dstIm}, factor);
+    return kepStatusOk;
 }
 
 template <class T>
-using Kernel = void (*)(const T *src, T *dst, T factor);
+using Kernel = KepStatus (*)(const T *src, T *dst, T factor);
 template <class T>
-using SplitKernel = void (*)(const T *srcRe, const T *srcIm, T *dstRe, T *dstIm, T factor);
+using SplitKernel = KepStatus (*)(const T *srcRe, const T *srcIm, T *dstRe, T *dstIm, T factor);
 
 // By order.
 template <class T, Direction direction, bool scaled>

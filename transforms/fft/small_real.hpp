@@ -283,8 +283,64 @@ KEPS_INLINE void storeSpectrum(typename Q::T *dst, const Q (&x)[Quads]) {
     }
 }
 
+// 8 points of 64f from and to a spectrum, over pairs of lanes: nothing crosses the halves of a
+// vector, which counts in place, where one transform waits for the last.
+template <Layout layout, bool scaled>
+KEPS_INLINE void inverse8_64f(const double *src, double *dst, double factor) {
+    constexpr double r = 2 * 0.70710678118654752440, z = 0.0;
+    const double *pairs = src + (layout == layoutPack ? 1 : 2);
+    const double *middle = src + (layout == layoutCcs ? 8 : layout == layoutPack ? 7 : 1);
+    const f64x2 z1 = load<f64x2>(pairs), z2 = load<f64x2>(pairs + 2), z3 = load<f64x2>(pairs + 4);
+    const f64x2 head = {_mm_set1_pd(loadOne(src))}, last = {_mm_set1_pd(loadOne(middle))};
+    const f64x2 a = head + f64x2{_mm_xor_pd(last.v, _mm_setr_pd(z, -z))};
+    const f64x2 b = z2 * f64x2{_mm_setr_pd(2, -2)};
+    const f64x2 sum = z1 + z3, difference = z1 - z3, weights = {_mm_setr_pd(2, r)};
+    const f64x2 t = unpackLower(sum, difference) * weights;
+    const f64x2 u = unpackUpper(difference, sum) * weights;
+    const __m128d none = _mm_setzero_pd();
+    const f64x2 even01 = a + b, even23 = a - b;
+    const f64x2 odd01 = t - f64x2{_mm_blend_pd(none, u.v, 2)};
+    const f64x2 odd23 = u + f64x2{_mm_blend_pd(none, t.v, 2)}; // negated
+    store(dst, times_<scaled>(even01 + odd01, factor));
+    store(dst + 2, times_<scaled>(even23 - odd23, factor));
+    store(dst + 4, times_<scaled>(even01 - odd01, factor));
+    store(dst + 6, times_<scaled>(even23 + odd23, factor));
+}
+
+template <Layout layout, bool scaled>
+KEPS_INLINE void forward8_64f(const double *src, double *dst, double factor) {
+    constexpr double z = 0.0;
+    const f64x2 v01 = load<f64x2>(src), v23 = load<f64x2>(src + 2);
+    const f64x2 v45 = load<f64x2>(src + 4), v67 = load<f64x2>(src + 6);
+    const f64x2 sum01 = v01 + v45, sum23 = v23 + v67, low = v01 - v45, high = v23 - v67;
+    const f64x2 sums = sum01 + sum23;
+    const __m128d second = _mm_setr_pd(z, -z);
+    const f64x2 heads =
+        unpackLower(sums, sums) + f64x2{_mm_xor_pd(unpackUpper(sums, sums).v, second)}; // R0, R4
+    const f64x2 bin2 = {_mm_xor_pd((sum01 - sum23).v, second)};
+    const f64x2 b = unpackLower(low, high);
+    const f64x2 sloped = f64x2{_mm_addsub_pd(unpackUpper(low, low).v, unpackUpper(high, high).v)} *
+                         splat<f64x2>(0.70710678118654752440);
+    const f64x2 bin1 = {_mm_xor_pd((b + sloped).v, second)}, bin3 = b - sloped;
+    double *pairs = dst + (layout == layoutPack ? 1 : 2);
+    const f64x2 ends = times_<scaled>(heads, factor);
+    if constexpr (layout == layoutPerm) {
+        store(dst, ends);
+    } else if constexpr (layout == layoutCcs) {
+        const f64x2 none = {_mm_setzero_pd()};
+        store(dst, unpackLower(ends, none));
+        store(dst + 8, unpackUpper(ends, none));
+    } else {
+        storeOne(dst, _mm_cvtsd_f64(ends.v));
+        storeOne(dst + 7, _mm_cvtsd_f64(unpackUpper(ends, ends).v));
+    }
+    store(pairs, times_<scaled>(bin1, factor));
+    store(pairs + 2, times_<scaled>(bin2, factor));
+    store(pairs + 4, times_<scaled>(bin3, factor));
+}
+
 template <class T, int Order, Direction direction, Layout layout, bool scaled>
-void owns_rFFT(const T *src, T *dst, T factor) {
+KepStatus owns_rFFT(const T *src, T *dst, T factor) {
     if constexpr (Order == 0) {
         storeOne(dst, scaled ? loadOne(src) * factor : loadOne(src));
         if (direction == forward && layout == layoutCcs) storeOne(dst + 1, T(0));
@@ -301,6 +357,11 @@ void owns_rFFT(const T *src, T *dst, T factor) {
         } else {
             storeOne(dst + 1, difference);
         }
+    } else if constexpr (Order == 3 && sizeof(T) == 8) {
+        if constexpr (direction == forward)
+            forward8_64f<layout, scaled>(src, dst, factor);
+        else
+            inverse8_64f<layout, scaled>(src, dst, factor);
     } else {
         using Q = typename QuadOf<T>::type;
         constexpr int quads = 1 << (Order - 2);
@@ -319,6 +380,7 @@ void owns_rFFT(const T *src, T *dst, T factor) {
         else
             times<quads>([&](int i) KEPS_INLINE_LAMBDA { x[i].store(dst + 4 * i); });
     }
+    return kepStatusOk;
 }
 
 // By order.

@@ -42,6 +42,15 @@ public:
     [[gnu::noinline]] void scatter(Data out, size laneStride, const float *twiddles) const {
         times<4>([&](int c) KEPS_INLINE_LAMBDA { columns(out, laneStride, twiddles, c); });
     }
+    // This tile's scatter and next's gather in turns: neither waits for the other's memory.
+    template <class Data>
+    [[gnu::noinline]] void scatterAndGather(Data out, size laneStride, const float *twiddles,
+                                            FirstTile &next, In in, size rowStride) const {
+        times<4>([&](int c) KEPS_INLINE_LAMBDA {
+            in.at(c * rowStride).radix4Pairs(4 * rowStride, next.pairs[c]);
+            columns(out, laneStride, twiddles, c);
+        });
+    }
 
 private:
     using V = f32x8;
@@ -113,6 +122,23 @@ void firstPass(In in, typename In::T *out, int order, const std::uint32_t *bitRe
         firstTile<Run>(columns(t), rowStride, to, laneStride, twiddles);
 }
 
+// The first pass of 32f for what outgrows the first cache: each tile's rows are fetched behind the
+// work on the one before.
+template <class In>
+[[gnu::noinline]] void firstPassInTurns(In in, float *out, int order, const std::uint32_t *bitRev,
+                                        const float *twiddles) {
+    const size points = size{1} << order, rowStride = points / 16, laneStride = points / 8;
+    const size tiles = points / 128;
+    const auto columns = [&](size t) KEPS_INLINE_LAMBDA { return in.at(bitRev[4 * t] / 2); };
+    Grouped<float> to{out};
+    FirstTile<In> pair[2];
+    pair[0].gather(columns(0), rowStride);
+    for (size t = 1; t < tiles; ++t, to = to.at(16))
+        pair[(t - 1) % 2].scatterAndGather(to, laneStride, twiddles, pair[t % 2], columns(t),
+                                           rowStride);
+    pair[(tiles - 1) % 2].scatter(to, laneStride, twiddles);
+}
+
 // R runs of columns points, fromStride apart in data, joined to one, whose R parts go toStride
 // apart to out.
 template <int R, class Data, class Out>
@@ -171,7 +197,8 @@ void owns_cRadix4Norm(In in, Out out, int order, const Plan<typename In::T> &fft
     const T *core = fft.twiddleCore;
     const StagePlan &plan = stagePlans<T>.plan[order];
     if constexpr (sizeof(T) == 4)
-        firstPass<16>(in, buffer, order, fft.bitRevTable, core);
+        order < 12 ? firstPass<16>(in, buffer, order, fft.bitRevTable, core)
+                   : firstPassInTurns(in, buffer, order, fft.bitRevTable, core);
     else if (plan.stage[0].bits == 2)
         firstPass<4>(in, buffer, order, fft.bitRevTable, core);
     else

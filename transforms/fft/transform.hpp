@@ -38,15 +38,21 @@ KEPS_INLINE void moveReals(const double *src, double *dst, size len) {
     kepsMove_64f(src, dst, static_cast<int32_t>(len));
 }
 
+template <Direction direction, class T>
+KEPS_INLINE KepStatus runSmall(const T *src, T *dst, const Plan<T> &plan, int order) {
+    const bool scaled = direction == forward ? plan.scaleForward : plan.scaleInverse;
+    return (scaled ? small::tbl_cFFT_small<T, direction, true>
+                   : small::tbl_cFFT_small<T, direction, false>)[order](src, dst, plan.scaleFactor);
+}
+
 // Interleaved points of 2^order, which is the plan's order or, for a real plan, one less.
 template <Direction direction, class T>
 KEPS_INLINE void runComplex(const T *src, T *dst, const Plan<T> &plan, int order, T *work) {
-    const bool scaled = direction == forward ? plan.scaleForward : plan.scaleInverse;
     if (order <= 6) {
-        (scaled ? small::tbl_cFFT_small<T, direction, true>
-                : small::tbl_cFFT_small<T, direction, false>)[order](src, dst, plan.scaleFactor);
+        runSmall<direction>(src, dst, plan, order);
         return;
     }
+    const bool scaled = direction == forward ? plan.scaleForward : plan.scaleInverse;
     const Interleaved<const T, direction> in{src};
     const Interleaved<T, direction> out{dst};
     if (order >= Traits<T>::largeOrder)
@@ -60,6 +66,7 @@ KEPS_INLINE KepStatus complexTransform(int tag, const T *src, T *dst, const Keps
                                        Kep8u *work) {
     if (const KepStatus refused = refusePlan<T>(tag, handle, work, src, dst)) return refused;
     const Plan<T> &plan = planOf<T>(handle);
+    if (plan.order <= 6) return runSmall<direction>(src, dst, plan, plan.order);
     runComplex<direction>(src, dst, plan, plan.order, alignedWork(plan, work));
     return kepStatusOk;
 }
@@ -79,9 +86,8 @@ KEPS_INLINE KepStatus splitTransform(int tag, const T *srcRe, const T *srcIm, T 
     const int order = plan.order;
     const bool scaled = direction == forward ? plan.scaleForward : plan.scaleInverse;
     if (order <= 6) {
-        (scaled ? small::tbl_crFFT_small<T, true> : small::tbl_crFFT_small<T, false>)[order](
+        return (scaled ? small::tbl_crFFT_small<T, true> : small::tbl_crFFT_small<T, false>)[order](
             srcRe, srcIm, dstRe, dstIm, plan.scaleFactor);
-        return kepStatusOk;
     }
     T *work = alignedWork(plan, workMem);
     const Split<const T> in{srcRe, srcIm};
@@ -102,10 +108,9 @@ KEPS_INLINE KepStatus realToSpectrum(int tag, const T *src, T *dst, const KepsFf
     if (const KepStatus refused = refusePlan<T>(tag, handle, work, src, dst)) return refused;
     const Plan<T> &plan = planOf<T>(handle);
     if (plan.order <= 4) {
-        (plan.scaleForward ? small::tbl_rFFT_small<T, forward, layout, true>
-                           : small::tbl_rFFT_small<T, forward, layout, false>)[plan.order](
+        return (plan.scaleForward ? small::tbl_rFFT_small<T, forward, layout, true>
+                                  : small::tbl_rFFT_small<T, forward, layout, false>)[plan.order](
             src, dst, plan.scaleFactor);
-        return kepStatusOk;
     }
     const size points = size{1} << (plan.order - 1), reals = 2 * points;
     runComplex<forward>(src, dst, plan, plan.order - 1, alignedWork(plan, work));
@@ -131,10 +136,9 @@ KEPS_INLINE KepStatus spectrumToReal(int tag, const T *src, T *dst, const KepsFf
     if (const KepStatus refused = refusePlan<T>(tag, handle, work, src, dst)) return refused;
     const Plan<T> &plan = planOf<T>(handle);
     if (plan.order <= 4) {
-        (plan.scaleInverse ? small::tbl_rFFT_small<T, inverse, layout, true>
-                           : small::tbl_rFFT_small<T, inverse, layout, false>)[plan.order](
+        return (plan.scaleInverse ? small::tbl_rFFT_small<T, inverse, layout, true>
+                                  : small::tbl_rFFT_small<T, inverse, layout, false>)[plan.order](
             src, dst, plan.scaleFactor);
-        return kepStatusOk;
     }
     const size points = size{1} << (plan.order - 1), reals = 2 * points;
     const T zeroth = loadOne(src);
