@@ -59,6 +59,28 @@ KEPS_INLINE LnPlace lnPlace(f64x4 x) {
     return {{k, upper * at.c[0] - splat<f64x4>(1), (m - upper) * at.c[0]}, at};
 }
 
+// The same of one positive finite x, subnormal or not: the mantissa, and ln c's parts.
+struct LnPlaceOfOne {
+    Mantissa<double> m;
+    double high, low;
+};
+inline LnPlaceOfOne lnPlaceOfOne(double x) {
+    int below = 0;
+    if (x < 0x1p-1022) {
+        x *= 0x1p54;
+        below = 54;
+    }
+    const auto bits = __builtin_bit_cast(std::uint64_t, x);
+    const auto t = static_cast<std::int64_t>(bits) - (std::int64_t{0x3FE6A000} << 32);
+    const auto k = t >> 52;
+    const double *row = vdln_data[(t >> 45) & 127];
+    const auto m = __builtin_bit_cast(double, bits - (static_cast<std::uint64_t>(k) << 52));
+    const auto upper =
+        __builtin_bit_cast(double, __builtin_bit_cast(std::uint64_t, m) & 0xFFFFFFFFF0000000);
+    return {
+        {static_cast<double>(k - below), upper * row[0] - 1, (m - upper) * row[0]}, row[1], row[2]};
+}
+
 template <class Series>
 KEPS_INLINE f64x4 lnShort(f64x4 x, const Series &series) {
     const LnPlace place = lnPlace(x);

@@ -53,20 +53,8 @@ KEPS_INLINE Sum<V> product(V y, const Sum<V> &x) {
 
 // ln of a positive finite x.
 Sum<double> lnWholeSlow(double x) {
-    int below = 0;
-    if (x < 0x1p-1022) {
-        x *= 0x1p54;
-        below = 54;
-    }
-    const auto bits = __builtin_bit_cast(std::uint64_t, x);
-    const auto t = static_cast<std::int64_t>(bits) - (std::int64_t{0x3FE6A000} << 32);
-    const auto k = t >> 52;
-    const double *row = vdln_data[(t >> 45) & 127];
-    const auto m = __builtin_bit_cast(double, bits - (static_cast<std::uint64_t>(k) << 52));
-    const auto upper =
-        __builtin_bit_cast(double, __builtin_bit_cast(std::uint64_t, m) & 0xFFFFFFFFF0000000);
-    return lnWhole<double>(
-        {static_cast<double>(k - below), upper * row[0] - 1, (m - upper) * row[0]}, row[1], row[2]);
+    const LnPlaceOfOne place = lnPlaceOfOne(x);
+    return lnWhole(place.m, place.high, place.low);
 }
 
 // 0 no integer, 1 odd, 2 even.
