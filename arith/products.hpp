@@ -552,8 +552,8 @@ struct Exact32sc {
     KEPS_INLINE static Wide of(i32x4 a, i32x4 b) {
         const u64x2 ar = evenWords(a), ai = oddWords(a), br = evenWords(b), bi = oddWords(b);
         const u64x2 im = wideProduct(ar, bi) + wideProduct(ai, br);
-        const u64x2 isBeyond = equal(im, splatInt(topBit));
-        return {wideProduct(ar, br) - wideProduct(ai, bi), im + shiftLeft<31>(isBeyond)};
+        const u64x2 isBeyond = equal(im, splatInt(topBit)), held = splatInt(topBit - (1U << 31));
+        return {wideProduct(ar, br) - wideProduct(ai, bi), select(isBeyond, im, held)};
     }
 };
 
@@ -564,10 +564,15 @@ struct ProductOf<Kep32s> : NarrowedWide<Exact32s> {
 };
 template <>
 struct ProductOf<Kep32sc> : NarrowedWide<Exact32sc> {
+    // Imaginary parts negated, as which 2^63 fits; their signs are the other way round.
     KEPS_INLINE static V bounded(V a, V b) {
-        const Wide v = Exact32sc::of(a, b),
-                   zero = {equal(v.even, nothing<Kep64u>()), equal(v.odd, nothing<Kep64u>())};
-        return without(limitOf(v.high()), zero.mixed());
+        const u64x2 ar = evenWords(a), ai = oddWords(a), br = evenWords(b), bi = oddWords(b);
+        const u64x2 none = nothing<Kep64u>();
+        const Wide v = {wideProduct(ar, br) - wideProduct(ai, bi),
+                        none - wideProduct(ar, bi) - wideProduct(ai, br)};
+        const Wide isZero = {equal(v.even, none), equal(v.odd, none)};
+        const V limits = as<Kep32s>(splatInt(Kep64u{0x80000000'7FFFFFFF}));
+        return without(shiftRight<31>(v.high()) ^ limits, isZero.mixed());
     }
 };
 
