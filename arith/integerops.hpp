@@ -108,9 +108,7 @@ KEPS_INLINE int128<T> saturatedSum(int128<T> a, int128<T> b) {
         a = inRegister(a);
         b = inRegister(b);
         const int128<T> sum = a + b;
-        return {
-            _mm_castps_si128(_mm_blendv_ps(_mm_castsi128_ps(sum.v), _mm_castsi128_ps(limitOf(a).v),
-                                           _mm_castsi128_ps(((a ^ sum) & (b ^ sum)).v)))};
+        return selectBySign((a ^ sum) & (b ^ sum), sum, limitOf(a));
     }
 }
 // b - a with saturation.
@@ -122,9 +120,7 @@ KEPS_INLINE int128<T> saturatedDifference(int128<T> a, int128<T> b) {
         a = inRegister(a);
         b = inRegister(b);
         const int128<T> difference = b - a;
-        return {_mm_castps_si128(_mm_blendv_ps(_mm_castsi128_ps(difference.v),
-                                               _mm_castsi128_ps(limitOf(b).v),
-                                               _mm_castsi128_ps(((a ^ b) & (b ^ difference)).v)))};
+        return selectBySign((a ^ b) & (b ^ difference), difference, limitOf(b));
     }
 }
 

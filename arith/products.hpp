@@ -43,15 +43,21 @@ KEPS_INLINE i32x4 halved(i32x4 x) {
     return h + (h & x & splatInt(1));
 }
 
-// The bound of a product is told by its factors' signs and zeros.
+// The bound of a product is told by its factors' signs and zeros. Signed: the maximum by both
+// signs, whose negative is one short of the minimum.
 template <class T>
 KEPS_INLINE int128<T> boundOfProduct(int128<T> a, int128<T> b) {
-    if (std::is_signed_v<T>) a = inRegister(a), b = inRegister(b);
-    const int128<T> isZero = equal(a, nothing<T>()) | equal(b, nothing<T>());
-    if constexpr (std::is_signed_v<T>)
-        return without(limitOf(a ^ b), isZero);
-    else
-        return isZero ^ splatInt(std::numeric_limits<T>::max());
+    using Limits = std::numeric_limits<T>;
+    const int128<T> highest = splatInt(Limits::max());
+    if constexpr (std::is_signed_v<T>) {
+        const int128<T> x = withSign(withSign(highest, a), b);
+        if constexpr (sizeof(T) == 2)
+            return addSaturated(x, x);
+        else
+            return selectBySign(x, x, splatInt(Limits::min()));
+    } else {
+        return (equal(a, nothing<T>()) | equal(b, nothing<T>())) ^ highest;
+    }
 }
 
 template <class T>
@@ -571,8 +577,9 @@ struct ProductOf<Kep32sc> : NarrowedWide<Exact32sc> {
         const Wide v = {wideProduct(ar, br) - wideProduct(ai, bi),
                         none - wideProduct(ar, bi) - wideProduct(ai, br)};
         const Wide isZero = {equal(v.even, none), equal(v.odd, none)};
-        const V limits = as<Kep32s>(splatInt(Kep64u{0x80000000'7FFFFFFF}));
-        return without(shiftRight<31>(v.high()) ^ limits, isZero.mixed());
+        const V ifNot = as<Kep32s>(splatInt(Kep64u{0x80000000'7FFFFFFF}));
+        const V ifNegative = as<Kep32s>(splatInt(Kep64u{0x7FFFFFFF'80000000}));
+        return without(selectBySign(v.high(), ifNot, ifNegative), isZero.mixed());
     }
 };
 

@@ -54,9 +54,9 @@ struct ShiftUp<Kep16s> {
     }
 };
 // The limit of x's sign.
-template <class T>
-KEPS_INLINE int128<T> limitOf(int128<T> x) {
-    return shiftRight<8 * sizeof(T) - 1>(x) ^ splatInt(std::numeric_limits<T>::max());
+KEPS_INLINE i32x4 limitOf(i32x4 x) {
+    using Limits = std::numeric_limits<Kep32s>;
+    return selectBySign(x, splatInt(Limits::max()), splatInt(Limits::min()));
 }
 
 template <>
@@ -77,7 +77,7 @@ KEPS_INLINE int128<T> bound(int128<T> x) {
     if constexpr (std::is_same_v<T, Kep16s>)
         return addSaturated(withSign(maximum, x), x);
     else if constexpr (std::is_signed_v<T>)
-        return withSign(maximum, x) + shiftRight<8 * sizeof(T) - 1>(x);
+        return selectBySign(x, withSign(maximum, x), splatInt(std::numeric_limits<T>::min()));
     else
         return equal(x, nothing<T>()) ^ maximum;
 }

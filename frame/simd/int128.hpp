@@ -125,6 +125,12 @@ KEPS_INLINE int128<T> select(int128<T> mask, int128<T> a, int128<T> b) {
     return {_mm_blendv_epi8(a.v, b.v, mask.v)};
 }
 
+// Lane by lane, b where x is negative, else a.
+KEPS_INLINE i32x4 selectBySign(i32x4 x, i32x4 a, i32x4 b) {
+    return {_mm_castps_si128(
+        _mm_blendv_ps(_mm_castsi128_ps(a.v), _mm_castsi128_ps(b.v), _mm_castsi128_ps(x.v)))};
+}
+
 // As for floats: not read anew from memory at each use.
 template <class T>
 KEPS_INLINE int128<T> inRegister(int128<T> x) {
