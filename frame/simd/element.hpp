@@ -31,4 +31,12 @@ KEPS_INLINE void storeAs(void *p, T x) {
     storeOne(static_cast<T *>(p), x);
 }
 
+// Keeps the compiler from reading a vector anew from memory at each of its uses, where loads are
+// scarce: there are two a cycle.
+template <class V>
+KEPS_INLINE V inRegister(V x) {
+    __asm__("" : "+x"(x.v));
+    return x;
+}
+
 } // namespace keps

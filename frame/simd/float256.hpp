@@ -163,17 +163,6 @@ KEPS_INLINE void storePart(double *p, f64x4 x, size n) {
     if (n & 1) storeOne(p, _mm_cvtsd_f64(rest));
 }
 
-// Keeps the compiler from reading x anew from memory at each of its uses, where loads are scarce:
-// there are two a cycle.
-KEPS_INLINE f32x8 inRegister(f32x8 x) {
-    __asm__("" : "+x"(x.v));
-    return x;
-}
-KEPS_INLINE f64x4 inRegister(f64x4 x) {
-    __asm__("" : "+x"(x.v));
-    return x;
-}
-
 // To the nearest integral value, ties to even, whatever the control register says.
 KEPS_INLINE f32x8 roundToNearest(f32x8 x) {
     return {_mm256_round_ps(x.v, _MM_FROUND_TO_NEAREST_INT | _MM_FROUND_NO_EXC)};

@@ -131,13 +131,6 @@ KEPS_INLINE i32x4 selectBySign(i32x4 x, i32x4 a, i32x4 b) {
         _mm_blendv_ps(_mm_castsi128_ps(a.v), _mm_castsi128_ps(b.v), _mm_castsi128_ps(x.v)))};
 }
 
-// As for floats: not read anew from memory at each use.
-template <class T>
-KEPS_INLINE int128<T> inRegister(int128<T> x) {
-    __asm__("" : "+x"(x.v));
-    return x;
-}
-
 // Saturating, of 8 and 16 bits.
 template <class T>
 KEPS_INLINE int128<T> addSaturated(int128<T> a, int128<T> b) {
